@@ -1,0 +1,61 @@
+#!/usr/bin/env bash
+# Vetrix Tool developer entry point.
+#   ./dev.sh run    install what is missing, build, run the program
+#   ./dev.sh test   install what is missing, build, run every test
+set -euo pipefail
+cd "$(dirname "$0")"
+
+# Debian 12 packages the build, the program and the tests need.
+PACKAGES=(
+    cmake ninja-build g++ pkg-config
+    qtbase5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n libqt5svg5-dev
+    libmnl-dev usb.ids pci.ids fonts-wqy-microhei
+    # tests: sanitizer runtimes come with g++; network namespaces need iproute2
+    iproute2 xvfb xauth
+)
+
+install_missing() {
+    local missing=() p
+    for p in "${PACKAGES[@]}"; do
+        dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+    done
+    ((${#missing[@]})) || return 0
+    echo "Installing: ${missing[*]}"
+    local sudo=()
+    [ "$(id -u)" -eq 0 ] || sudo=(sudo)
+    "${sudo[@]}" apt-get update
+    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y --no-install-recommends "${missing[@]}"
+}
+
+build() { # build DIR [cmake options...]
+    local dir=$1; shift
+    cmake -S . -B "$dir" -G Ninja "$@" >/dev/null
+    cmake --build "$dir" -j "$(nproc)"
+}
+
+case "${1:-}" in
+run)
+    install_missing
+    build build
+    if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -x build/bin/VetrixTool ]; then
+        exec build/bin/VetrixTool "${@:2}"
+    fi
+    exec build/bin/vetrix-check "${@:2}"
+    ;;
+test)
+    install_missing
+    build build
+    ctest --test-dir build --output-on-failure -j "$(nproc)"
+    # Address and undefined-behaviour sanitizers over every test, then the
+    # thread sanitizer over the tests that run threads (label "thread").
+    build build-asan -DVX_SANITIZE=address,undefined -DVX_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=Debug
+    ASAN_OPTIONS=detect_leaks=1 ctest --test-dir build-asan --output-on-failure -j "$(nproc)"
+    build build-tsan -DVX_SANITIZE=thread -DVX_BUILD_BENCH=OFF -DVX_BUILD_GUI=OFF -DCMAKE_BUILD_TYPE=Debug
+    TSAN_OPTIONS="halt_on_error=1 suppressions=$PWD/tests/tsan.supp" \
+        ctest --test-dir build-tsan --output-on-failure -L thread -j "$(nproc)"
+    ;;
+*)
+    echo "usage: $0 run|test" >&2
+    exit 2
+    ;;
+esac
