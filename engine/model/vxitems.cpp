@@ -181,6 +181,27 @@ QString buttonText(bool bNormal, int nItem, bool &bEnabled)
     return QCoreApplication::translate(kContext, kButtonTexts[buttonIndex(bNormal, nItem, &bEnabled)]);
 }
 
+int severity(bool bNormal, int nItem)
+{
+    if (bNormal)
+        return 0;
+    return nItem == SdkFiles ? 2 : 1;
+}
+
+QString severityIconPath(int nSeverity)
+{
+    switch (nSeverity) {
+    case 0:
+        return QStringLiteral(":/Vetrix/Vetrix/ResultNormal.png");
+    case 1:
+        return QStringLiteral(":/Vetrix/Vetrix/ResultMedium.png");
+    case 2:
+        return QStringLiteral(":/Vetrix/Vetrix/ResultSerious.png");
+    default:
+        return QString();
+    }
+}
+
 QColor stateColor(int nState)
 {
     switch (nState) {

@@ -72,6 +72,11 @@ const char *buttonSourceText(int nIndex);
 int buttonIndex(bool bNormal, int nItem, bool *pEnabled);
 QString buttonText(bool bNormal, int nItem, bool &bEnabled);
 
+// Result severity of an outcome: 0 normal, 1 medium, 2 serious. Only stray
+// SDK files count as serious.
+int severity(bool bNormal, int nItem);
+QString severityIconPath(int nSeverity);
+
 QColor stateColor(int nState);
 QImage stateIcon(int nState);
 QString stateIconPath(int nState);

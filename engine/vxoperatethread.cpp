@@ -1,0 +1,440 @@
+#include "vxoperatethread.h"
+
+#include "vxitems.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QMutexLocker>
+
+namespace {
+VxOperateThread::WarningHandler &warningHandler()
+{
+    static VxOperateThread::WarningHandler handler;
+    return handler;
+}
+
+qint64 monotonicMs()
+{
+    static QElapsedTimer timer = [] {
+        QElapsedTimer t;
+        t.start();
+        return t;
+    }();
+    return timer.elapsed();
+}
+} // namespace
+
+VxOperateThread::VxOperateThread(QObject *pParent)
+    : VxOperateThread(defaultProbeTable(), pParent)
+{
+}
+
+VxOperateThread::VxOperateThread(const VxProbeTable &table, QObject *pParent)
+    : QThread(pParent)
+    , m_table(table)
+    , m_clock(monotonicMs)
+{
+    qRegisterMetaType<CDetectInfo *>("CDetectInfo*");
+    connect(this, &VxOperateThread::sigWarning, this, &VxOperateThread::onWarning);
+}
+
+VxOperateThread::~VxOperateThread()
+{
+    // A pass still running would write into the records being freed.
+    if (isRunning()) {
+        {
+            QMutexLocker locker(&mutex);
+            bStop = true;
+        }
+        wait();
+    }
+    for (CDetectInfo *pInfo : qAsConst(records)) {
+        destroyUsbTree(pInfo);
+        delete pInfo;
+    }
+}
+
+void VxOperateThread::setWarningHandler(WarningHandler handler)
+{
+    warningHandler() = std::move(handler);
+}
+
+void VxOperateThread::setClock(Clock clock)
+{
+    m_clock = clock ? std::move(clock) : Clock(monotonicMs);
+}
+
+void VxOperateThread::cutRunningPassShort()
+{
+    if (!isRunning())
+        return;
+    bForceStopped = true;
+    {
+        QMutexLocker locker(&mutex);
+        bStop = true;
+    }
+    quit();
+    // Deliver the old pass's queued signals while it winds down.
+    while (isRunning())
+        QCoreApplication::processEvents();
+    wait();
+    bForceStopped = false;
+}
+
+void VxOperateThread::beginPass(bool bDetect, quint32 uMask)
+{
+    cutRunningPassShort();
+    {
+        QMutexLocker locker(&mutex);
+        nInterval = m_nStartInterval;
+        if (bDetect)
+            detectMask = uMask;
+        else
+            optimizeMask = uMask;
+        bIsDetecting = bDetect;
+        bStop = false;
+    }
+    start(QThread::InheritPriority);
+}
+
+void VxOperateThread::startDetect(quint32 uMask)
+{
+    beginPass(true, uMask);
+}
+
+void VxOperateThread::startOptimize(quint32 uMask)
+{
+    beginPass(false, uMask);
+}
+
+void VxOperateThread::stop()
+{
+    nInterval = kItemPauseMs;
+    {
+        QMutexLocker locker(&mutex);
+        bStop = true;
+    }
+    quit();
+}
+
+bool VxOperateThread::stopAndWait()
+{
+    stop();
+    while (isRunning())
+        QCoreApplication::processEvents();
+    return wait();
+}
+
+void VxOperateThread::stop(bool bWait)
+{
+    {
+        QMutexLocker locker(&mutex);
+        bStop = true;
+    }
+    quit();
+    if (bWait) {
+        while (isRunning())
+            QCoreApplication::processEvents();
+        wait();
+    }
+}
+
+// The masks are written under the mutex here too: the worker reads them
+// under it, and an unguarded write would race with that read.
+void VxOperateThread::stopDetect()
+{
+    stop();
+    QMutexLocker locker(&mutex);
+    detectMask = 0;
+}
+
+void VxOperateThread::stopOptimizeAndWait()
+{
+    stopAndWait();
+    QMutexLocker locker(&mutex);
+    optimizeMask = 0;
+}
+
+void VxOperateThread::reset()
+{
+    nInterval = 0;
+    QMutexLocker locker(&mutex);
+    detectMask = 0;
+    optimizeMask = 0;
+    bStop = true;
+    locker.unlock();
+    quit();
+}
+
+void VxOperateThread::onRemoveItem(int nItem)
+{
+    QMutexLocker locker(&mutex);
+    if (bIsDetecting)
+        detectMask &= ~quint32(nItem);
+    else
+        optimizeMask &= ~quint32(nItem);
+}
+
+CDetectInfo *VxOperateThread::detectInfo(int nItem)
+{
+    QMutexLocker locker(&m_recordsMutex);
+    CDetectInfo *&pInfo = records[nItem];
+    if (!pInfo)
+        pInfo = createDetectInfo(nItem);
+    return pInfo;
+}
+
+QMap<int, CDetectInfo *> VxOperateThread::allRecords() const
+{
+    QMutexLocker locker(&m_recordsMutex);
+    return records;
+}
+
+void VxOperateThread::prepareRun(bool bDetect, quint32 uMask, int nPause)
+{
+    QMutexLocker locker(&mutex);
+    bIsDetecting = bDetect;
+    bStop = false;
+    nInterval = nPause;
+    if (bDetect)
+        detectMask = uMask;
+    else
+        optimizeMask = uMask;
+}
+
+void VxOperateThread::setRecords(const QMap<int, CDetectInfo *> &mapRecords)
+{
+    QMutexLocker locker(&m_recordsMutex);
+    records = mapRecords;
+}
+
+void VxOperateThread::releaseRecords()
+{
+    QMutexLocker locker(&m_recordsMutex);
+    records.clear();
+}
+
+quint32 VxOperateThread::pendingDetectMask()
+{
+    QMutexLocker locker(&mutex);
+    return detectMask;
+}
+
+quint32 VxOperateThread::pendingOptimizeMask()
+{
+    QMutexLocker locker(&mutex);
+    return optimizeMask;
+}
+
+bool VxOperateThread::isDetectMode()
+{
+    QMutexLocker locker(&mutex);
+    return bIsDetecting;
+}
+
+void VxOperateThread::onWarning(const QString &strInfo)
+{
+    if (warningHandler())
+        warningHandler()(parent(), strInfo);
+}
+
+// --- the worker side ------------------------------------------------------
+
+void VxOperateThread::run()
+{
+    bool bDetect;
+    {
+        QMutexLocker locker(&mutex);
+        bDetect = bIsDetecting;
+    }
+    emit sigStartOperate(bDetect);
+    if (bDetect)
+        detectPass();
+    else
+        optimizePass();
+    if (!bForceStopped)
+        emit sigEndOperate(bDetect);
+}
+
+bool VxOperateThread::pauseAndCheckStop()
+{
+    QMutexLocker locker(&mutex);
+    const int nPause = nInterval;
+    if (nPause > 0)
+        msleep(ulong(nPause));
+    return !bStop;
+}
+
+void VxOperateThread::finalPause()
+{
+    QMutexLocker locker(&mutex);
+    const int nPause = nInterval;
+    if (nPause > 0)
+        msleep(ulong(nPause));
+}
+
+bool VxOperateThread::stopRequested()
+{
+    QMutexLocker locker(&mutex);
+    return bStop;
+}
+
+void VxOperateThread::clearCurrentBit(int nItem)
+{
+    QMutexLocker locker(&mutex);
+    if (bIsDetecting)
+        detectMask &= ~quint32(nItem);
+    else
+        optimizeMask &= ~quint32(nItem);
+}
+
+bool VxOperateThread::maskHas(bool bDetect, int nItem)
+{
+    QMutexLocker locker(&mutex);
+    return ((bDetect ? detectMask : optimizeMask) & quint32(nItem)) != 0;
+}
+
+void VxOperateThread::detectPass()
+{
+    bool bTreeHandedBack = false;
+    for (int nItem : VxItems::detectOrder()) {
+        if (!maskHas(true, nItem) || !m_table.canDetect(nItem))
+            continue;
+        if (!pauseAndCheckStop())
+            return;
+        CDetectInfo *pInfo = detectInfo(nItem);
+        emit sigStartDetectItem(pInfo);
+        detectItem(pInfo, bTreeHandedBack);
+        if (!stopRequested()) {
+            emit sigEndDetectItem(pInfo);
+            clearCurrentBit(pInfo->nItem);
+        }
+    }
+    finalPause();
+}
+
+void VxOperateThread::destroyUsbTree(CDetectInfo *pInfo)
+{
+    auto *pUsb = dynamic_cast<CUsbBasicDetectInfo *>(pInfo);
+    if (!pUsb || !pUsb->pRootItem)
+        return;
+    if (m_table.usbTreeDestroy)
+        m_table.usbTreeDestroy(pUsb->pRootItem);
+    pUsb->pRootItem = nullptr;
+}
+
+void VxOperateThread::detectItem(CDetectInfo *pInfo, bool &bTreeHandedBack)
+{
+    switch (pInfo->nItem) {
+    case VxItems::SdkFiles:
+        m_table.sdkFileCheck(*static_cast<CSDKPathDetectInfo *>(pInfo));
+        break;
+    case VxItems::EnvVariables:
+        m_table.envCheck(*static_cast<CEnvDetectInfo *>(pInfo));
+        break;
+    case VxItems::GigeDriver:
+        m_table.gigeDriverCheck(*pInfo);
+        break;
+    case VxItems::Usb3Driver:
+        m_table.usb3DriverCheck(*pInfo);
+        break;
+    case VxItems::UsbControllerDriver: {
+        // The controller-driver probe builds the USB tree as a side effect;
+        // the USB tree item takes it over instead of building its own.
+        auto *pUsb = static_cast<CUsbBasicDetectInfo *>(detectInfo(VxItems::UsbControllerInfo));
+        destroyUsbTree(pUsb);
+        UsbRootItem *pRoot = nullptr;
+        m_table.usbDriverCheck(*static_cast<CUSBControllerDriverInfo *>(pInfo), &pRoot);
+        pUsb->pRootItem = pRoot;
+        bTreeHandedBack = pRoot != nullptr;
+        break;
+    }
+    case VxItems::UsbControllerInfo: {
+        auto *pUsb = static_cast<CUsbBasicDetectInfo *>(pInfo);
+        if (bTreeHandedBack) {
+            pUsb->bNormal = 1;
+        } else {
+            destroyUsbTree(pUsb);
+            m_table.usbTreeCheck(*pUsb);
+        }
+        break;
+    }
+    case VxItems::Firewall:
+        m_table.firewallCheck(*pInfo);
+        break;
+    case VxItems::JumboFrame:
+        m_table.jumboCheck(*static_cast<CJumboPacketDetectInfo *>(pInfo));
+        break;
+    case VxItems::LineRate:
+        m_table.lineRateCheck(*static_cast<CNetworkSpeedDetectInfo *>(pInfo));
+        break;
+    case VxItems::SystemInfo:
+        m_table.systemInfoCheck(*static_cast<CSystemDetectInfo *>(pInfo));
+        break;
+    default:
+        break;
+    }
+}
+
+void VxOperateThread::optimizePass()
+{
+    for (int nItem : VxItems::optimizeOrder()) {
+        if (!maskHas(false, nItem) || !m_table.canOptimize(nItem))
+            continue;
+        if (!pauseAndCheckStop())
+            return;
+        CDetectInfo *pInfo = detectInfo(nItem);
+        emit sigStartOptimizeItem(pInfo);
+        optimizeItem(pInfo);
+    }
+    finalPause();
+}
+
+void VxOperateThread::optimizeItem(CDetectInfo *pInfo)
+{
+    switch (pInfo->nItem) {
+    case VxItems::SdkFiles:
+        m_table.sdkFileClear(*static_cast<CSDKPathDetectInfo *>(pInfo));
+        break;
+    case VxItems::EnvVariables: {
+        auto &env = *static_cast<CEnvDetectInfo *>(pInfo);
+        m_table.envRepair(env);
+        m_table.envCheck(env);
+        break;
+    }
+    case VxItems::GigeDriver:
+        installAndPoll(pInfo, m_table.gigeDriverInstall, m_table.gigeDriverCheck);
+        return; // signals and mask handled there
+    case VxItems::Usb3Driver:
+        installAndPoll(pInfo, m_table.usb3DriverInstall, m_table.usb3DriverCheck);
+        return;
+    case VxItems::JumboFrame:
+        m_table.jumboRepair(*static_cast<CJumboPacketDetectInfo *>(pInfo));
+        break;
+    default:
+        break;
+    }
+    emit sigEndOptimizeItem(pInfo);
+    clearCurrentBit(pInfo->nItem);
+}
+
+void VxOperateThread::installAndPoll(CDetectInfo *pInfo, const std::function<bool()> &install,
+                                     const std::function<void(CDetectInfo &)> &check)
+{
+    if (!install()) {
+        pInfo->bNormal = 0;
+        emit sigEndOptimizeItem(pInfo);
+        emit sigWarning(tr("File doesn't exist."));
+        return;
+    }
+    // The installer runs detached; poll the status until the driver shows up
+    // or ten minutes have passed.
+    const qint64 nStart = m_clock();
+    while (pInfo->bNormal == 0 && m_clock() - nStart < kInstallPollLimitMs)
+        check(*pInfo);
+    emit sigEndOptimizeItem(pInfo);
+    if (pInfo->bNormal == 1)
+        clearCurrentBit(pInfo->nItem);
+    else
+        emit sigWarning(tr("Installation of the driver timed out."));
+}

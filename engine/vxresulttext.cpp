@@ -1,0 +1,188 @@
+#include "vxresulttext.h"
+
+#include "cdetectinfo.h"
+#include "usbprobe.h"
+#include "vxitems.h"
+
+#include <QCoreApplication>
+#include <QSaveFile>
+#include <QTextStream>
+
+namespace VxResultText {
+
+namespace {
+QString tr(const char *pSource)
+{
+    return QCoreApplication::translate("VxOneKeyResult", pSource);
+}
+
+void appendDirectoryLines(QStringList &lines, const QMap<QString, QStringList> &mapFound)
+{
+    for (auto it = mapFound.cbegin(); it != mapFound.cend(); ++it) {
+        for (const QString &strDir : it.value()) {
+            if (!strDir.isEmpty())
+                lines << QStringLiteral("    ") + strDir + QLatin1Char('/') + it.key();
+        }
+    }
+}
+
+QString rateText(int nMbps)
+{
+    if (nMbps < 0)
+        return tr("Unknown");
+    return QString::number(nMbps / 1000.0, 'f', 2) + QStringLiteral("Gbps");
+}
+} // namespace
+
+QStringList itemLines(const CDetectInfo &info)
+{
+    QStringList lines;
+    const bool bNormal = info.bNormal != 0;
+    switch (info.nItem) {
+    case VxItems::SdkFiles: {
+        lines << (bNormal ? tr(" No other SDK files were found") : tr("The Other SDK Files :"));
+        if (auto *pSdk = dynamic_cast<const CSDKPathDetectInfo *>(&info))
+            appendDirectoryLines(lines, pSdk->foundFiles);
+        break;
+    }
+    case VxItems::EnvVariables: {
+        lines << (bNormal ? tr("Environment Variables are correct")
+                          : tr("The following environment variables are exceptional:"));
+        if (auto *pEnv = dynamic_cast<const CEnvDetectInfo *>(&info)) {
+            for (auto it = pEnv->missingValues.cbegin(); it != pEnv->missingValues.cend(); ++it) {
+                for (const QString &strValue : it.value()) {
+                    if (!strValue.isEmpty())
+                        lines << QStringLiteral("    ") + it.key() + QLatin1Char('=') + strValue;
+                }
+            }
+        }
+        break;
+    }
+    case VxItems::GigeDriver:
+        lines << (bNormal ? tr("GigE driver is installed.") : tr(" GigE driver is not installed."));
+        break;
+    case VxItems::Usb3Driver:
+        lines << (bNormal ? tr("USB driver is installed.") : tr(" USB driver is not installed."));
+        break;
+    case VxItems::UsbControllerDriver:
+        if (auto *pDrv = dynamic_cast<const CUSBControllerDriverInfo *>(&info)) {
+            lines << tr("Name     : ") + pDrv->driverDesc << tr("Provider : ") + pDrv->providerName
+                  << tr("Date     : ") + pDrv->driverDate << tr("Version  : ") + pDrv->driverVersion;
+        }
+        break;
+    case VxItems::LineRate:
+        if (auto *pNet = dynamic_cast<const CNetworkSpeedDetectInfo *>(&info)) {
+            for (auto it = pNet->adapterSpeeds.cbegin(); it != pNet->adapterSpeeds.cend(); ++it)
+                lines << it.key() + QStringLiteral(" : ") + rateText(it.value());
+        }
+        break;
+    case VxItems::JumboFrame:
+        if (auto *pJumbo = dynamic_cast<const CJumboPacketDetectInfo *>(&info)) {
+            for (auto it = pJumbo->jumboStates.cbegin(); it != pJumbo->jumboStates.cend(); ++it) {
+                const QString strState = it.value() == 1
+                    ? tr("The Jumbo Packet is enabled(value = %1)").arg(pJumbo->jumboValues.value(it.key()))
+                    : tr("The Jumbo Packet isn't enabled");
+                lines << it.key() + QStringLiteral(" : ") + strState;
+            }
+        }
+        break;
+    case VxItems::UsbControllerInfo:
+        if (auto *pUsb = dynamic_cast<const CUsbBasicDetectInfo *>(&info))
+            lines << VxUsbProbe::treeReportLines(pUsb->pRootItem);
+        break;
+    case VxItems::Firewall:
+        lines << (bNormal ? tr("The firewall hasn't been opened") : tr("The firewall has been opened"));
+        break;
+    case VxItems::SystemInfo:
+        if (auto *pSys = dynamic_cast<const CSystemDetectInfo *>(&info)) {
+            lines << tr("CPU               : ") + pSys->cpu
+                  << tr("CPU Core Number   : ") + pSys->cpuCount
+                  << tr("Available Memory  : ") + pSys->availableMemory
+                  << tr("Endianess         : ") + pSys->byteOrder
+                  << tr("Operating System  : ") + pSys->operatingSystem
+                  << tr("Graphic Chipset   : ") + pSys->graphicsChips
+                  << tr("Screen Resolution : ") + pSys->resolution;
+        }
+        break;
+    default:
+        break;
+    }
+    return lines;
+}
+
+QString treePrefix(int nLevel, bool bBranch, bool bContinued)
+{
+    QString strPrefix = QStringLiteral("|");
+    for (int i = 1; i < nLevel; ++i)
+        strPrefix += QStringLiteral("    |");
+    if (bBranch)
+        strPrefix += QStringLiteral("----");
+    else if (bContinued)
+        strPrefix += QStringLiteral("    |");
+    else
+        strPrefix += QStringLiteral("     ");
+    return strPrefix;
+}
+
+QString logText(const QMap<int, QStringList> &mapItemLines)
+{
+    static const QString kEol = QStringLiteral("\r\n");
+    QString strText;
+    int nGroupNumber = 0;
+    for (int nGroup : VxItems::groups()) {
+        ++nGroupNumber;
+        strText += treePrefix(1, false, false) + kEol;
+        strText += treePrefix(1, true, true) + QStringLiteral("%1: ").arg(nGroupNumber)
+            + VxItems::groupName(nGroup) + kEol;
+        strText += treePrefix(2, false, false) + kEol;
+        int nRow = 0;
+        for (int nItem : VxItems::displayOrder(nGroup)) {
+            auto it = mapItemLines.constFind(nItem);
+            if (it == mapItemLines.cend())
+                continue;
+            ++nRow;
+            strText += treePrefix(2, true, true) + QStringLiteral("%1-%2: ").arg(nGroupNumber).arg(nRow)
+                + VxItems::itemName(nItem) + kEol;
+            for (const QString &strLine : it.value())
+                strText += treePrefix(2, false, false) + strLine + kEol;
+            strText += treePrefix(2, false, false) + kEol;
+        }
+        strText += treePrefix(1, false, false) + kEol;
+    }
+    return strText;
+}
+
+QString logText(const QList<const CDetectInfo *> &listRecords)
+{
+    QMap<int, QStringList> mapItemLines;
+    for (const CDetectInfo *pInfo : listRecords) {
+        if (pInfo)
+            mapItemLines.insert(pInfo->nItem, itemLines(*pInfo));
+    }
+    return logText(mapItemLines);
+}
+
+QString proposedLogName(const QDateTime &time)
+{
+    return QStringLiteral("Log_") + time.toString(QStringLiteral("yyyyMMdd_hhmmss")) + QStringLiteral(".log");
+}
+
+bool writeLog(const QString &strPath, const QString &strText)
+{
+    if (strPath.isEmpty())
+        return false;
+    QSaveFile file(strPath);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    stream << strText;
+    stream.flush();
+    if (stream.status() != QTextStream::Ok) {
+        file.cancelWriting();
+        return false;
+    }
+    return file.commit();
+}
+
+} // namespace VxResultText
