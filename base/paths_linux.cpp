@@ -1,4 +1,5 @@
 #include "luinterface.h"
+#include "luinterface_p.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -48,5 +49,25 @@ int systemName()
 {
     return 100;
 }
+
+namespace Detail {
+
+// The maker's machine-wide values, following the XDG system configuration
+// folder convention: /etc/xdg/Orvex/oem.ini (below the system root).
+QString oemConfigFile()
+{
+    return sysPath(QStringLiteral("/etc/xdg/") + appName() + QStringLiteral("/oem.ini"));
+}
+
+// Per-user settings: $XDG_CONFIG_HOME/Orvex/Basekit.ini.
+QString userConfigFile()
+{
+    const QString strDir = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    if (strDir.isEmpty())
+        return QString();
+    return strDir + QLatin1Char('/') + appName() + QStringLiteral("/Basekit.ini");
+}
+
+} // namespace Detail
 
 } // namespace LuInterface

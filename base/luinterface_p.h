@@ -1,0 +1,35 @@
+#pragma once
+
+// Internals of the base library shared between its portable and platform
+// files. Not installed, not for use outside base/.
+
+#include <QByteArray>
+#include <QString>
+
+namespace LuInterface {
+namespace Detail {
+
+// The maker's machine-wide override of the [OEM] values, or empty when the
+// platform has none. Linux: <sysroot>/etc/xdg/Orvex/oem.ini.
+QString oemConfigFile();
+// The per-user settings file holding the language choice.
+QString userConfigFile();
+
+// Reads at most nMaxBytes of a (sysfs/procfs) file; empty when it cannot be
+// read. Never blocks on a missing file.
+QByteArray readSmallFile(const QString &strPath, qint64 nMaxBytes = 1 << 20);
+
+// Screen size from the platform when no GUI application can answer
+// (Linux: connected DRM connectors). Empty when unknown.
+QString platformResolution();
+
+// Name of a PCI device from a pci.ids-format database at strIdsFile:
+// "<vendor> <device>", with "Vendor xxxx"/"Device xxxx" for ids the
+// database does not know. Reads only the lines it needs.
+QString pciDeviceName(const QString &strIdsFile, unsigned uVendor, unsigned uDevice);
+
+// The text shown for a fact that could not be read.
+QString unknownText();
+
+} // namespace Detail
+} // namespace LuInterface

@@ -1,0 +1,115 @@
+#include "luinterface.h"
+#include "luinterface_p.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QMutex>
+#include <QMutexLocker>
+#include <QPointer>
+#include <QScreen>
+#include <QSysInfo>
+#include <QThread>
+#include <QWaitCondition>
+
+#include <memory>
+
+// The platform-independent system facts and helpers; the rest lives in
+// sysinfo_<platform>.cpp.
+
+namespace LuInterface {
+namespace Detail {
+
+QByteArray readSmallFile(const QString &strPath, qint64 nMaxBytes)
+{
+    // Only regular files: a FIFO or device node planted in a system tree
+    // must not block the caller.
+    const QFileInfo info(strPath);
+    if (!info.isFile())
+        return QByteArray();
+    QFile file(strPath);
+    if (!file.open(QIODevice::ReadOnly))
+        return QByteArray();
+    return file.read(nMaxBytes);
+}
+
+QString unknownText()
+{
+    return QCoreApplication::translate("LuInterface", "Unknown");
+}
+
+} // namespace Detail
+
+namespace {
+
+// The running GUI application, or null under a plain QCoreApplication
+// (qGuiApp would cast blindly).
+QGuiApplication *guiApp()
+{
+    return qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+}
+
+// Physical pixels of the primary screen, e.g. "1920 x 1080".
+QString primaryScreenText()
+{
+    const QScreen *pScreen = QGuiApplication::primaryScreen();
+    if (!pScreen)
+        return QString();
+    const QSize size = pScreen->size() * pScreen->devicePixelRatio();
+    if (size.isEmpty())
+        return QString();
+    return QStringLiteral("%1 x %2").arg(size.width()).arg(size.height());
+}
+
+// Screens belong to the GUI thread. A caller on another thread (the
+// diagnosis worker) asks the GUI thread and waits a bounded time, so a GUI
+// thread that is itself waiting for the worker cannot deadlock it.
+QString primaryScreenTextFromGuiThread()
+{
+    struct Reply {
+        QMutex mutex;
+        QWaitCondition done;
+        bool bDone = false;
+        QString strText;
+    };
+    auto pReply = std::make_shared<Reply>();
+    const bool bPosted = QMetaObject::invokeMethod(guiApp(), [pReply] {
+        const QString strText = primaryScreenText();
+        QMutexLocker locker(&pReply->mutex);
+        pReply->strText = strText;
+        pReply->bDone = true;
+        pReply->done.wakeAll();
+    }, Qt::QueuedConnection);
+    if (!bPosted)
+        return QString();
+    QMutexLocker locker(&pReply->mutex);
+    if (!pReply->bDone)
+        pReply->done.wait(&pReply->mutex, 2000);
+    return pReply->bDone ? pReply->strText : QString();
+}
+
+} // namespace
+
+QString byteOrder()
+{
+    if (QSysInfo::ByteOrder == QSysInfo::LittleEndian)
+        return QCoreApplication::translate("LuInterface", "Little Endian");
+    return QCoreApplication::translate("LuInterface", "Big Endian");
+}
+
+QString resolution()
+{
+    QString strText;
+    if (const QGuiApplication *pApp = guiApp()) {
+        if (QThread::currentThread() == pApp->thread())
+            strText = primaryScreenText();
+        else
+            strText = primaryScreenTextFromGuiThread();
+    }
+    if (strText.isEmpty())
+        strText = Detail::platformResolution();
+    return strText.isEmpty() ? Detail::unknownText() : strText;
+}
+
+} // namespace LuInterface
