@@ -1,0 +1,180 @@
+#include "vxcheckreport.h"
+
+#include "cdetectinfo.h"
+#include "vxitems.h"
+#include "vxresulttext.h"
+
+#include <QCoreApplication>
+#include <QJsonArray>
+
+namespace VxCheckReport {
+
+namespace {
+QString tr(const char *pSource)
+{
+    return QCoreApplication::translate("VxCheckReport", pSource);
+}
+
+QJsonObject stringMap(const QMap<QString, QString> &map)
+{
+    QJsonObject object;
+    for (auto it = map.cbegin(); it != map.cend(); ++it)
+        object.insert(it.key(), it.value());
+    return object;
+}
+
+QJsonObject listMap(const QMap<QString, QStringList> &map)
+{
+    QJsonObject object;
+    for (auto it = map.cbegin(); it != map.cend(); ++it)
+        object.insert(it.key(), QJsonArray::fromStringList(it.value()));
+    return object;
+}
+
+QJsonObject intMap(const QMap<QString, int> &map)
+{
+    QJsonObject object;
+    for (auto it = map.cbegin(); it != map.cend(); ++it)
+        object.insert(it.key(), it.value());
+    return object;
+}
+
+// The record's own facts, by record class.
+QJsonObject facts(const CDetectInfo &info)
+{
+    QJsonObject object;
+    if (auto *p = dynamic_cast<const CSDKPathDetectInfo *>(&info)) {
+        object.insert(QStringLiteral("foundFiles"), listMap(p->foundFiles));
+    } else if (auto *p = dynamic_cast<const CEnvDetectInfo *>(&info)) {
+        object.insert(QStringLiteral("currentValues"), stringMap(p->currentValues));
+        object.insert(QStringLiteral("missingValues"), listMap(p->missingValues));
+    } else if (auto *p = dynamic_cast<const CUSBControllerDriverInfo *>(&info)) {
+        object.insert(QStringLiteral("driverDesc"), p->driverDesc);
+        object.insert(QStringLiteral("providerName"), p->providerName);
+        object.insert(QStringLiteral("driverDate"), p->driverDate);
+        object.insert(QStringLiteral("driverVersion"), p->driverVersion);
+    } else if (auto *p = dynamic_cast<const CNetworkSpeedDetectInfo *>(&info)) {
+        object.insert(QStringLiteral("adapterSpeeds"), intMap(p->adapterSpeeds));
+    } else if (auto *p = dynamic_cast<const CJumboPacketDetectInfo *>(&info)) {
+        object.insert(QStringLiteral("jumboStates"), intMap(p->jumboStates));
+        object.insert(QStringLiteral("jumboValues"), intMap(p->jumboValues));
+    } else if (auto *p = dynamic_cast<const CUsbBasicDetectInfo *>(&info)) {
+        object.insert(QStringLiteral("hasTree"), p->pRootItem != nullptr);
+    } else if (auto *p = dynamic_cast<const CSystemDetectInfo *>(&info)) {
+        object.insert(QStringLiteral("cpu"), p->cpu);
+        object.insert(QStringLiteral("cpuCount"), p->cpuCount);
+        object.insert(QStringLiteral("availableMemory"), p->availableMemory);
+        object.insert(QStringLiteral("byteOrder"), p->byteOrder);
+        object.insert(QStringLiteral("operatingSystem"), p->operatingSystem);
+        object.insert(QStringLiteral("graphicsChips"), p->graphicsChips);
+        object.insert(QStringLiteral("resolution"), p->resolution);
+    }
+    return object;
+}
+
+QStringList linesOf(const VxCheckItem &item)
+{
+    if (!item.pInfo)
+        return {tr("Not available: this check has no probe on this platform.")};
+    return VxResultText::itemLines(*item.pInfo);
+}
+} // namespace
+
+QVector<int> reportableItems()
+{
+    QVector<int> items;
+    for (int nGroup : VxItems::groups())
+        items += VxItems::displayOrder(nGroup);
+    return items;
+}
+
+bool parseItems(const QString &strList, quint32 *pMask, QString *pError)
+{
+    const QVector<int> known = reportableItems();
+    quint32 uMask = 0;
+    const QStringList parts = strList.split(QLatin1Char(','), Qt::KeepEmptyParts);
+    for (const QString &strPart : parts) {
+        bool bOk = false;
+        const int nItem = strPart.trimmed().toInt(&bOk, 10);
+        if (!bOk || !known.contains(nItem)) {
+            if (pError)
+                *pError = tr("Unknown item \"%1\". Items: %2.")
+                              .arg(strPart.trimmed(), [&] {
+                                  QStringList ids;
+                                  for (int n : known)
+                                      ids << QString::number(n);
+                                  return ids.join(QLatin1Char(','));
+                              }());
+            return false;
+        }
+        uMask |= quint32(nItem);
+    }
+    if (pMask)
+        *pMask = uMask;
+    return true;
+}
+
+bool isExceptional(const VxCheckItem &item)
+{
+    return item.pInfo && item.pInfo->bNormal == 0;
+}
+
+QString logText(const QVector<VxCheckItem> &items)
+{
+    QMap<int, QStringList> mapLines;
+    for (const VxCheckItem &item : items)
+        mapLines.insert(item.nItem, linesOf(item));
+    return VxResultText::logText(mapLines);
+}
+
+QString timingsText(const QVector<VxCheckItem> &items)
+{
+    QString strText = tr("Probe times:") + QLatin1Char('\n');
+    double dTotal = 0.0;
+    for (const VxCheckItem &item : items) {
+        if (!item.pInfo)
+            continue;
+        dTotal += item.dTimeMs;
+        strText += QStringLiteral("  %1  %2 ms\n")
+                       .arg(VxItems::itemName(item.nItem), -34)
+                       .arg(item.dTimeMs, 9, 'f', 1);
+    }
+    strText += QStringLiteral("  %1  %2 ms\n").arg(tr("Total"), -34).arg(dTotal, 9, 'f', 1);
+    return strText;
+}
+
+QJsonObject json(const QVector<VxCheckItem> &items, bool bTimings)
+{
+    QJsonArray array;
+    double dTotal = 0.0;
+    for (const VxCheckItem &item : items) {
+        QJsonObject object;
+        object.insert(QStringLiteral("id"), item.nItem);
+        object.insert(QStringLiteral("name"), VxItems::itemName(item.nItem));
+        object.insert(QStringLiteral("group"), VxItems::groupName(VxItems::groupOf(item.nItem)));
+        object.insert(QStringLiteral("available"), item.pInfo != nullptr);
+        if (item.pInfo) {
+            const bool bNormal = item.pInfo->bNormal != 0;
+            object.insert(QStringLiteral("normal"), bNormal);
+            object.insert(QStringLiteral("severity"), VxItems::severity(bNormal, item.nItem));
+            object.insert(QStringLiteral("facts"), facts(*item.pInfo));
+            if (bTimings)
+                object.insert(QStringLiteral("timeMs"), item.dTimeMs);
+            dTotal += item.dTimeMs;
+        } else {
+            object.insert(QStringLiteral("normal"), QJsonValue::Null);
+            object.insert(QStringLiteral("severity"), QJsonValue::Null);
+        }
+        object.insert(QStringLiteral("lines"), QJsonArray::fromStringList(linesOf(item)));
+        array.append(object);
+    }
+    QJsonObject root;
+    root.insert(QStringLiteral("tool"), QStringLiteral("vetrix-check"));
+    root.insert(QStringLiteral("version"), QCoreApplication::applicationVersion());
+    root.insert(QStringLiteral("items"), array);
+    if (bTimings)
+        root.insert(QStringLiteral("totalTimeMs"), dTotal);
+    return root;
+}
+
+} // namespace VxCheckReport
