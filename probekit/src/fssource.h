@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace probekit {
+
+// Read access to a system tree by absolute path ("/sys/bus/pci/devices").
+// The Linux reader goes through this so tests and fuzz targets can feed it
+// an in-memory tree; the real one prefixes the system root.
+class FsSource
+{
+public:
+    virtual ~FsSource() = default;
+    // At most nMax bytes of a regular file; false when it cannot be read.
+    virtual bool readFile(const std::string &strPath, std::string &strOut, size_t nMax) = 0;
+    // Whether the path is a directory (a symlink to one counts only when
+    // bFollow is set; the tree walk never follows links it did not expect).
+    virtual bool isDir(const std::string &strPath, bool bFollow) = 0;
+    // The entry names of a directory (no "." and ".."), unsorted.
+    virtual bool listDir(const std::string &strPath, std::vector<std::string> &vecOut) = 0;
+    // The target of a symbolic link.
+    virtual bool readLink(const std::string &strPath, std::string &strOut) = 0;
+};
+
+// The machine's tree below $VETRIX_SYSROOT (default "/").
+class RealFsSource : public FsSource
+{
+public:
+    RealFsSource();
+    explicit RealFsSource(const std::string &strRoot);
+    bool readFile(const std::string &strPath, std::string &strOut, size_t nMax) override;
+    bool isDir(const std::string &strPath, bool bFollow) override;
+    bool listDir(const std::string &strPath, std::vector<std::string> &vecOut) override;
+    bool readLink(const std::string &strPath, std::string &strOut) override;
+    const std::string &root() const { return m_strRoot; }
+
+private:
+    std::string full(const std::string &strPath) const;
+    std::string m_strRoot; // without trailing '/'; empty for "/"
+};
+
+} // namespace probekit

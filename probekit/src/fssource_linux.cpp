@@ -1,0 +1,101 @@
+#include "fssource.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+
+namespace probekit {
+
+namespace {
+std::string normaliseRoot(std::string strRoot)
+{
+    while (!strRoot.empty() && strRoot.back() == '/')
+        strRoot.pop_back();
+    return strRoot;
+}
+} // namespace
+
+RealFsSource::RealFsSource()
+{
+    const char *pRoot = std::getenv("VETRIX_SYSROOT");
+    m_strRoot = normaliseRoot(pRoot ? pRoot : "");
+}
+
+RealFsSource::RealFsSource(const std::string &strRoot)
+    : m_strRoot(normaliseRoot(strRoot))
+{
+}
+
+std::string RealFsSource::full(const std::string &strPath) const
+{
+    return m_strRoot + strPath;
+}
+
+bool RealFsSource::readFile(const std::string &strPath, std::string &strOut, size_t nMax)
+{
+    strOut.clear();
+    const int fd = ::open(full(strPath).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0)
+        return false;
+    struct stat st;
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return false;
+    }
+    char buf[4096];
+    bool ok = true;
+    while (strOut.size() < nMax) {
+        const size_t want = nMax - strOut.size() < sizeof buf ? nMax - strOut.size() : sizeof buf;
+        const ssize_t got = ::read(fd, buf, want);
+        if (got < 0) {
+            if (errno == EINTR)
+                continue;
+            ok = false;
+            break;
+        }
+        if (got == 0)
+            break;
+        strOut.append(buf, size_t(got));
+    }
+    ::close(fd);
+    return ok;
+}
+
+bool RealFsSource::isDir(const std::string &strPath, bool bFollow)
+{
+    struct stat st;
+    const std::string path = full(strPath);
+    const int rc = bFollow ? ::stat(path.c_str(), &st) : ::lstat(path.c_str(), &st);
+    return rc == 0 && S_ISDIR(st.st_mode);
+}
+
+bool RealFsSource::listDir(const std::string &strPath, std::vector<std::string> &vecOut)
+{
+    vecOut.clear();
+    DIR *pDir = ::opendir(full(strPath).c_str());
+    if (!pDir)
+        return false;
+    while (dirent *pEnt = ::readdir(pDir)) {
+        const std::string name = pEnt->d_name;
+        if (name != "." && name != "..")
+            vecOut.push_back(name);
+    }
+    ::closedir(pDir);
+    return true;
+}
+
+bool RealFsSource::readLink(const std::string &strPath, std::string &strOut)
+{
+    char buf[4096];
+    const ssize_t n = ::readlink(full(strPath).c_str(), buf, sizeof buf - 1);
+    if (n <= 0)
+        return false;
+    strOut.assign(buf, size_t(n));
+    return true;
+}
+
+} // namespace probekit
