@@ -1,0 +1,14 @@
+#include "customlabel.h"
+
+CustomLabel::CustomLabel(QWidget *pParent)
+    : QLabel(pParent)
+    , CustomObject(this)
+{
+    cUpdateStyle();
+}
+
+CustomLabel::CustomLabel(const QString &strText, QWidget *pParent)
+    : CustomLabel(pParent)
+{
+    setText(strText);
+}
