@@ -43,7 +43,8 @@ QString sysPath(const QString &strAbsolutePath);
 // Local 8-bit text to QString; nLength -1 means NUL-terminated.
 QString char2QStringLocale(const char *pText, int nLength = -1);
 // A QString into a byte buffer of nSize bytes in the local 8-bit encoding,
-// cut to nSize - 1 bytes and always NUL-terminated. Returns bytes written
+// cut to at most nSize - 1 bytes (never inside a multi-byte character) and
+// always NUL-terminated. Returns bytes written
 // without the NUL, or -1 when the buffer is null or nSize < 1.
 int string2UcharLocale(const QString &strText, unsigned char *pBuffer, int nSize);
 // A registry/byte string (NUL-terminated within nSize bytes) to QString.

@@ -71,10 +71,10 @@ QString osReleaseValue(const QByteArray &raw)
 QString cpu()
 {
     // x86 names the model in "model name"; other architectures use other
-    // keys for the same fact.
+    // keys for the processor, and boards without any name the board model.
     const QString strName = firstColonValue(fileLines(QStringLiteral("/proc/cpuinfo")),
-        {QByteArrayLiteral("model name"), QByteArrayLiteral("Model"), QByteArrayLiteral("Hardware"),
-         QByteArrayLiteral("cpu model"), QByteArrayLiteral("cpu"), QByteArrayLiteral("Processor")});
+        {QByteArrayLiteral("model name"), QByteArrayLiteral("Processor"), QByteArrayLiteral("cpu model"),
+         QByteArrayLiteral("cpu"), QByteArrayLiteral("Model"), QByteArrayLiteral("Hardware")});
     return strName.isEmpty() ? Detail::unknownText() : strName;
 }
 

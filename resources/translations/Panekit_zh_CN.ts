@@ -2,6 +2,24 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>CustomFolderSelectWidget</name>
+    <message>
+        <source>Browse</source>
+        <translation>浏览</translation>
+    </message>
+    <message>
+        <source>Select Folder</source>
+        <translation>选择文件夹</translation>
+    </message>
+</context>
+<context>
+    <name>CustomLoadingDialog</name>
+    <message>
+        <source>Loading...</source>
+        <translation>加载中...</translation>
+    </message>
+</context>
+<context>
     <name>CustomMainWindow</name>
     <message>
         <source>OK</source>
@@ -25,6 +43,25 @@
     <message>
         <source>Cancel</source>
         <translation>取消</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+</context>
+<context>
+    <name>CustomSaveDoneHintDlg</name>
+    <message>
+        <source>Prompt</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>The file is saved.</source>
+        <translation>文件已保存。</translation>
+    </message>
+    <message>
+        <source>Open Folder</source>
+        <translation>打开文件夹</translation>
     </message>
     <message>
         <source>OK</source>
