@@ -1,0 +1,30 @@
+#pragma once
+
+#include "vxrepair.h"
+
+#include <QString>
+
+class CJumboPacketDetectInfo;
+
+// Item 256: jumbo frames on every connected physical network adapter.
+namespace JumboFrame {
+
+// Rebuilds the adapter list and fills the record's two maps (keyed by the
+// adapter's description); normal when the list is not empty and no adapter
+// is off. An adapter whose driver offers no jumbo MTU (state 2) is listed
+// and does not fail the item.
+void check(CJumboPacketDetectInfo &info);
+
+// Switches one adapter's jumbo frames on (the largest MTU its driver
+// offers) or off (the standard 1500 bytes). The MTU applies at once.
+VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable);
+
+// Brings the adapters that were off in the kept list back up so that a new
+// setting applies. On Linux the kernel applies an MTU at once: nothing to do.
+void restartAdapters();
+
+// The item's repair: enables jumbo frames on exactly the adapters that were
+// off, then checks again. Returns the first failure, or Done.
+VxRepairStatus repair(CJumboPacketDetectInfo &info);
+
+} // namespace JumboFrame

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "vxrepair.h"
+
+#include <QList>
+#include <QMap>
+#include <QString>
+
+#include <functional>
+
+// One connected physical network adapter, as the jumbo-frame item, its
+// repair and the jumbo frame dialog share it.
+struct CNetAdapter
+{
+    QString description; // the interface name ("eth0"): the key of the records' maps
+    QString driverKey;   // what the setter addresses: the interface name on Linux
+    QString instanceId;  // the device behind the interface (sysfs device name)
+    int jumboState = 2;  // 0 off, 1 on, 2 the driver offers no jumbo setting
+    int jumboValue = 0;  // frame size in bytes: MTU + 14
+    int nMtu = 0;
+    int nMaxMtu = 0;     // 0: the driver reports no maximum
+};
+
+// Facts of one network interface as the kernel reports them.
+struct CLinkFacts
+{
+    QString strName;
+    int nIndex = 0;
+    int nMtu = 0;
+    int nMaxMtu = 0;        // 0 when not reported
+    bool bConnected = false; // operational state up (or unknown with carrier)
+};
+
+namespace NetAdapters {
+
+// The process-wide adapter list, rebuilt by each jumbo check.
+QList<CNetAdapter> &adapterList();
+
+// The Ethernet header a frame carries on top of the MTU.
+constexpr int kEthernetHeader = 14;
+// A standard Ethernet frame; a larger one is a jumbo frame.
+constexpr int kStandardFrame = 1514;
+
+// Jumbo state of a link: 1 when the frame (MTU + 14) exceeds 1514 bytes,
+// else 0 when the driver offers a larger MTU, else 2.
+int jumboStateOf(int nMtu, int nMaxMtu);
+
+// Every interface of the system (netlink RTM_GETLINK dump on Linux).
+QList<CLinkFacts> readLinks();
+// Test seam: replaces readLinks() (an empty function restores the default).
+void setLinkReader(std::function<QList<CLinkFacts>()> reader);
+
+// Whether an interface is a physical adapter: it has a device behind it and
+// is not a virtual one. $VETRIX_PHYSICAL_IFACES (comma-separated names) makes
+// the named interfaces count as physical too, so namespace tests can use
+// veth pairs; setPhysicalTest() replaces the test entirely.
+bool isPhysical(const QString &strName);
+void setPhysicalTest(std::function<bool(const QString &)> test);
+
+// The device behind an interface (sysfs device name), empty when none.
+QString deviceOf(const QString &strName);
+
+// Line rate of an interface in Mbit/s, -1 when the driver does not know it.
+int speedMbps(const QString &strName);
+
+// The connected physical adapters, in interface index order.
+QList<CLinkFacts> connectedPhysicalLinks();
+
+// Rebuilds adapterList() from the connected physical adapters.
+void buildAdapterList();
+
+// Sets an interface's MTU (through vetrix-helper when not root); when
+// NetworkManager manages the interface its profile gets the MTU too.
+VxRepairStatus setMtu(const QString &strName, int nMtu);
+// The kernel call itself (root only).
+bool setLinkMtu(const QString &strName, int nMtu);
+// Updates the NetworkManager profile of the interface, if it has one.
+void updateNetworkManagerMtu(const QString &strName, int nMtu);
+
+} // namespace NetAdapters

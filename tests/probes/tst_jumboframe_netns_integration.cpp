@@ -1,0 +1,110 @@
+#include "cdetectinfo.h"
+#include "jumboframe.h"
+#include "netadapters.h"
+
+#include <QProcess>
+#include <QtTest>
+
+#include <sched.h>
+#include <unistd.h>
+
+// Integration test: the real netlink read and MTU write, in a network
+// namespace of its own holding a veth pair (needs root; CI runs as root).
+// The veth ends stand in for physical adapters through
+// VETRIX_PHYSICAL_IFACES.
+class TstJumboFrameNetnsIntegration : public QObject
+{
+    Q_OBJECT
+
+private:
+    bool m_bReady = false;
+
+    static QByteArray ip(const QStringList &listArgs)
+    {
+        QProcess process;
+        process.start("ip", listArgs);
+        if (!process.waitForFinished(10000) || process.exitCode() != 0)
+            return QByteArray("<failed: ") + process.readAllStandardError() + ">";
+        return process.readAllStandardOutput();
+    }
+    static int mtuOf(const QString &strName)
+    {
+        const QByteArray out = ip({"-o", "link", "show", "dev", strName});
+        const int nAt = out.indexOf(" mtu ");
+        return nAt < 0 ? -1 : out.mid(nAt + 5, out.indexOf(' ', nAt + 5) - nAt - 5).toInt();
+    }
+
+private slots:
+    void initTestCase()
+    {
+        if (::geteuid() != 0)
+            QSKIP("needs root to create a network namespace and veth interfaces");
+        // This process leaves the host's network for a namespace of its own.
+        QVERIFY2(::unshare(CLONE_NEWNET) == 0, "unshare(CLONE_NEWNET) failed");
+        QCOMPARE(ip({"link", "add", "vxa", "type", "veth", "peer", "name", "vxb"}), QByteArray());
+        QCOMPARE(ip({"link", "set", "vxa", "up"}), QByteArray());
+        QCOMPARE(ip({"link", "set", "vxb", "up"}), QByteArray());
+        qputenv("VETRIX_PHYSICAL_IFACES", "vxa,vxb");
+        m_bReady = true;
+    }
+
+    void readsLinksFromTheKernel()
+    {
+        const QList<CLinkFacts> listLinks = NetAdapters::readLinks();
+        QStringList listNames;
+        for (const CLinkFacts &link : listLinks) {
+            listNames << link.strName;
+            if (link.strName == "vxa") {
+                QCOMPARE(link.nMtu, 1500);
+                QCOMPARE(link.nMaxMtu, 65535);
+                QVERIFY(link.bConnected);
+            }
+        }
+        listNames.sort();
+        QCOMPARE(listNames, QStringList({"lo", "vxa", "vxb"}));
+    }
+
+    void repairEnablesExactlyTheAdaptersThatWereOff()
+    {
+        QCOMPARE(ip({"link", "set", "vxb", "mtu", "9000"}), QByteArray());
+        CJumboPacketDetectInfo info;
+        JumboFrame::check(info);
+        QCOMPARE(info.jumboStates, (QMap<QString, int>{{"vxa", 0}, {"vxb", 1}}));
+        QCOMPARE(info.jumboValues, (QMap<QString, int>{{"vxa", 1514}, {"vxb", 9014}}));
+        QCOMPARE(info.bNormal, 0);
+
+        QCOMPARE(JumboFrame::repair(info), VxRepairStatus::Done);
+        QCOMPARE(mtuOf("vxa"), 65535); // the largest the driver offers
+        QCOMPARE(mtuOf("vxb"), 9000);  // was on: left alone
+        QCOMPARE(info.jumboStates, (QMap<QString, int>{{"vxa", 1}, {"vxb", 1}}));
+        QCOMPARE(info.jumboValues.value("vxa"), 65535 + 14);
+        QCOMPARE(info.bNormal, 1);
+    }
+
+    void disableSetsTheStandardFrame()
+    {
+        CJumboPacketDetectInfo info;
+        JumboFrame::check(info);
+        QCOMPARE(JumboFrame::setJumbo("vxb", false), VxRepairStatus::Done);
+        QCOMPARE(mtuOf("vxb"), 1500);
+        JumboFrame::check(info);
+        QCOMPARE(info.jumboStates.value("vxb"), 0);
+    }
+
+    void setMtuOnMissingInterfaceFails()
+    {
+        QVERIFY(!NetAdapters::setLinkMtu("vxnone", 9000));
+        QVERIFY(!NetAdapters::setLinkMtu("vxa", 70000)); // above the driver's maximum
+        QCOMPARE(mtuOf("vxa"), 65535);
+    }
+
+    void cleanupTestCase()
+    {
+        if (m_bReady)
+            ip({"link", "del", "vxa"});
+        qunsetenv("VETRIX_PHYSICAL_IFACES");
+    }
+};
+
+QTEST_GUILESS_MAIN(TstJumboFrameNetnsIntegration)
+#include "tst_jumboframe_netns_integration.moc"
