@@ -11,6 +11,7 @@ PACKAGES=(
     qtbase5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n libqt5svg5-dev
     libmnl-dev usb.ids pci.ids fonts-wqy-microhei
     libxcb1-dev  # kit: asks X11 whether a compositor runs (window shadows)
+    imagemagick  # tools/screenshot captures the virtual display with import
     # tests: sanitizer runtimes come with g++; network namespaces need iproute2
     iproute2 xvfb xauth
 )
