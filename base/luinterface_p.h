@@ -31,5 +31,10 @@ QString pciDeviceName(const QString &strIdsFile, unsigned uVendor, unsigned uDev
 // The text shown for a fact that could not be read.
 QString unknownText();
 
+// A memory size as shown to the user: binary gigabytes with one decimal
+// ("15.6 GB", the unit Windows uses for the same figure), below 1 GB whole
+// megabytes ("512 MB"); "Unknown" for 0.
+QString memoryText(quint64 uBytes);
+
 } // namespace Detail
 } // namespace LuInterface

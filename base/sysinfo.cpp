@@ -39,6 +39,16 @@ QString unknownText()
     return QCoreApplication::translate("LuInterface", "Unknown");
 }
 
+QString memoryText(quint64 uBytes)
+{
+    if (uBytes == 0)
+        return unknownText();
+    const double dMb = double(uBytes) / (1024.0 * 1024.0);
+    if (dMb < 1024.0)
+        return QStringLiteral("%1 MB").arg(dMb, 0, 'f', 0);
+    return QStringLiteral("%1 GB").arg(dMb / 1024.0, 0, 'f', 1);
+}
+
 } // namespace Detail
 
 namespace {

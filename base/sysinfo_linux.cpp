@@ -104,20 +104,17 @@ QString numOfCpu()
     return nCount > 0 ? QString::number(nCount) : Detail::unknownText();
 }
 
-// Total physical memory in binary gigabytes with one decimal ("15.6 GB"),
-// the unit Windows shows for the same figure; below 1 GB in megabytes.
+// MemTotal, formatted as Detail::memoryText() describes.
 QString availbleMmeory()
 {
     const QString strValue = firstColonValue(fileLines(QStringLiteral("/proc/meminfo")), {QByteArrayLiteral("MemTotal")});
     const QStringList parts = strValue.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     bool bOk = false;
     const qulonglong uKb = parts.value(0).toULongLong(&bOk);
-    if (!bOk || uKb == 0 || (parts.size() > 1 && parts.at(1).compare(QLatin1String("kB"), Qt::CaseInsensitive) != 0))
+    if (!bOk || uKb == 0 || uKb > (Q_UINT64_C(1) << 50)
+        || (parts.size() > 1 && parts.at(1).compare(QLatin1String("kB"), Qt::CaseInsensitive) != 0))
         return Detail::unknownText();
-    const double dMb = double(uKb) / 1024.0;
-    if (dMb < 1024.0)
-        return QStringLiteral("%1 MB").arg(dMb, 0, 'f', 0);
-    return QStringLiteral("%1 GB").arg(dMb / 1024.0, 0, 'f', 1);
+    return Detail::memoryText(quint64(uKb) * 1024u);
 }
 
 // "<PRETTY_NAME>, Linux <kernel release>", e.g.
