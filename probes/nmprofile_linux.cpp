@@ -26,6 +26,7 @@ QVariant call(const QString &strPath, const QString &strInterface, const QString
 {
     QDBusMessage message = QDBusMessage::createMethodCall(QLatin1String(kService), strPath, strInterface, strMethod);
     message.setArguments(listArgs);
+    message.setAutoStartService(false);
     const QDBusMessage reply = QDBusConnection::systemBus().call(message, QDBus::Block, kTimeoutMs);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
         return QVariant();

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class CDetectInfo;
+
+// Item 1024: whether a firewall is on. Linux asks systemd (over D-Bus, no
+// rights needed) for the state of the firewalld, ufw and nftables services,
+// firewalld itself for its state, and reads ufw's own switch.
+class FirewallStatus
+{
+public:
+    FirewallStatus();
+    ~FirewallStatus();
+
+    // firewalld active or running, nftables active, or ufw switched on in its
+    // configuration while its service is not known to be stopped.
+    bool isEnabled() const;
+
+    // Test seam: the source of systemd's ActiveState of a unit ("active",
+    // "inactive", "failed"..., empty when unknown, e.g. without a system
+    // bus) and of firewalld's own state ("RUNNING"..., empty when unknown).
+    using UnitStateReader = std::function<QString(const QString &strUnit)>;
+    static void setUnitStateReader(UnitStateReader reader);
+    using FirewalldStateReader = std::function<QString()>;
+    static void setFirewalldStateReader(FirewalldStateReader reader);
+};
+
+namespace Firewall {
+// bNormal = the firewall is off.
+void check(CDetectInfo &info);
+} // namespace Firewall

@@ -1,0 +1,133 @@
+#include "firewallstatus.h"
+
+#include "luinterface.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+#include <QFile>
+
+namespace {
+
+constexpr int kTimeoutMs = 1000;
+
+FirewallStatus::UnitStateReader &unitReader()
+{
+    static FirewallStatus::UnitStateReader reader;
+    return reader;
+}
+
+FirewallStatus::FirewalldStateReader &firewalldReader()
+{
+    static FirewallStatus::FirewalldStateReader reader;
+    return reader;
+}
+
+// One blocking call with a short time-out that never starts a service.
+QVariant callBus(const QString &strService, const QString &strPath, const QString &strInterface, const QString &strMethod,
+                 const QVariantList &listArgs)
+{
+    QDBusConnection bus = QDBusConnection::systemBus();
+    if (!bus.isConnected())
+        return QVariant();
+    QDBusMessage message = QDBusMessage::createMethodCall(strService, strPath, strInterface, strMethod);
+    message.setArguments(listArgs);
+    message.setAutoStartService(false);
+    const QDBusMessage reply = bus.call(message, QDBus::Block, kTimeoutMs);
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return QVariant();
+    return reply.arguments().constFirst();
+}
+
+QString property(const QString &strService, const QString &strPath, const QString &strInterface, const QString &strName)
+{
+    const QVariant value = callBus(strService, strPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+                                   {strInterface, strName});
+    return value.value<QDBusVariant>().variant().toString();
+}
+
+QString systemdUnitState(const QString &strUnit)
+{
+    QDBusConnection bus = QDBusConnection::systemBus();
+    if (!bus.isConnected())
+        return QString();
+    const QString strSystemd = QStringLiteral("org.freedesktop.systemd1");
+    QDBusMessage message = QDBusMessage::createMethodCall(strSystemd, QStringLiteral("/org/freedesktop/systemd1"),
+                                                          QStringLiteral("org.freedesktop.systemd1.Manager"), QStringLiteral("GetUnit"));
+    message.setArguments({strUnit});
+    message.setAutoStartService(false);
+    const QDBusMessage reply = bus.call(message, QDBus::Block, kTimeoutMs);
+    // systemd answers NoSuchUnit for a unit it has not loaded: not running.
+    if (reply.type() == QDBusMessage::ErrorMessage && reply.errorName() == QLatin1String("org.freedesktop.systemd1.NoSuchUnit"))
+        return QStringLiteral("inactive");
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return QString();
+    const QString strPath = reply.arguments().constFirst().value<QDBusObjectPath>().path();
+    if (strPath.isEmpty())
+        return QString();
+    return property(strSystemd, strPath, QStringLiteral("org.freedesktop.systemd1.Unit"), QStringLiteral("ActiveState"));
+}
+
+QString firewalldState()
+{
+    return property(QStringLiteral("org.fedoraproject.FirewallD1"), QStringLiteral("/org/fedoraproject/FirewallD1"),
+                    QStringLiteral("org.fedoraproject.FirewallD1"), QStringLiteral("state"));
+}
+
+QString unitState(const QString &strUnit)
+{
+    return unitReader() ? unitReader()(strUnit) : systemdUnitState(strUnit);
+}
+
+// ufw keeps its on/off switch in ufw.conf: ENABLED=yes.
+bool ufwSwitchedOn()
+{
+    QFile file(LuInterface::sysPath(QStringLiteral("/etc/ufw/ufw.conf")));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    bool bOn = false;
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine(4096).trimmed();
+        if (line.startsWith("ENABLED=")) {
+            QByteArray value = line.mid(8).trimmed();
+            if (value.size() >= 2 && (value.startsWith('"') || value.startsWith('\'')) && value.endsWith(value.at(0)))
+                value = value.mid(1, value.size() - 2);
+            bOn = value.toLower() == "yes"; // the last assignment counts, as in a shell
+        }
+    }
+    return bOn;
+}
+
+} // namespace
+
+FirewallStatus::FirewallStatus() = default;
+FirewallStatus::~FirewallStatus() = default;
+
+void FirewallStatus::setUnitStateReader(UnitStateReader reader)
+{
+    unitReader() = std::move(reader);
+}
+
+void FirewallStatus::setFirewalldStateReader(FirewalldStateReader reader)
+{
+    firewalldReader() = std::move(reader);
+}
+
+bool FirewallStatus::isEnabled() const
+{
+    if (unitState(QStringLiteral("firewalld.service")) == QLatin1String("active"))
+        return true;
+    const QString strFirewalld = firewalldReader() ? firewalldReader()() : firewalldState();
+    if (strFirewalld == QLatin1String("RUNNING"))
+        return true;
+    if (unitState(QStringLiteral("nftables.service")) == QLatin1String("active"))
+        return true;
+    if (ufwSwitchedOn()) {
+        // Without systemd's answer the switch alone decides.
+        const QString strUfw = unitState(QStringLiteral("ufw.service"));
+        if (strUfw != QLatin1String("inactive") && strUfw != QLatin1String("failed"))
+            return true;
+    }
+    return false;
+}
