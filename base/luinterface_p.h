@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 namespace LuInterface {
 namespace Detail {
@@ -27,6 +28,11 @@ QString platformResolution();
 // "<vendor> <device>", with "Vendor xxxx"/"Device xxxx" for ids the
 // database does not know. Reads only the lines it needs.
 QString pciDeviceName(const QString &strIdsFile, unsigned uVendor, unsigned uDevice);
+
+// Linux: the default web browser's command line for strUrl (program first),
+// from the XDG mimeapps.list files and the browser's desktop entry; empty
+// when none is configured.
+QStringList defaultBrowserCommand(const QString &strUrl);
 
 // The text shown for a fact that could not be read.
 QString unknownText();

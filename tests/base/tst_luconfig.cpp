@@ -20,6 +20,7 @@ private slots:
     void softwareText();
     void shippedAppIni_data();
     void shippedAppIni();
+    void resourceAppIni();
     void languageRoundTrip_data();
     void languageRoundTrip();
     void languageDefaults_data();
@@ -176,6 +177,16 @@ void TstLuConfig::shippedAppIni()
     QVERIFY(LuInterface::softwareConfigInfor(QStringLiteral("Copyright_CN")).contains(QString::fromUtf8("版权所有")));
     QSettings settings(QStringLiteral(VX_SOURCE_DIR "/resources/config/app.ini"), QSettings::IniFormat);
     QCOMPARE(settings.value(QStringLiteral("ToolSoftwareVersion")).toString(), QStringLiteral("4.1.0"));
+}
+
+// The program hands over the file inside its resource package.
+void TstLuConfig::resourceAppIni()
+{
+    LuInterface::setAppIniFile(QStringLiteral(":/Orvex/config/app.ini"));
+    QCOMPARE(LuInterface::GetOEMCfgValue(QStringLiteral("ShowUserManuel"), false), QVariant(true));
+    QVERIFY(LuInterface::softwareConfigInfor(QStringLiteral("Copyright_CN")).startsWith(QString::fromUtf8("版权所有 %1")));
+    LuInterface::setAppIniFile(QStringLiteral(":/Orvex/config/missing.ini"));
+    QCOMPARE(LuInterface::GetOEMCfgValue(QStringLiteral("ShowUserManuel"), false), QVariant(false));
 }
 
 void TstLuConfig::languageRoundTrip_data()
