@@ -229,6 +229,24 @@ bool hasDataBaseColor(const QString &strKey)
     return findColor(strKey) != nullptr;
 }
 
+QString styleSheetBrush(const QString &strKey)
+{
+    const ColorEntry *pEntry = findColor(strKey);
+    if (!pEntry)
+        return QString();
+    auto css = [](const QColor &c) {
+        return QStringLiteral("rgba(%1, %2, %3, %4)").arg(c.red()).arg(c.green()).arg(c.blue()).arg(c.alpha());
+    };
+    if (!pEntry->bGradient)
+        return css(pEntry->color);
+    QString strText = QStringLiteral("qlineargradient(x1:%1, y1:%2, x2:%3, y2:%4")
+                          .arg(pEntry->ptStart.x()).arg(pEntry->ptStart.y())
+                          .arg(pEntry->ptEnd.x()).arg(pEntry->ptEnd.y());
+    for (const QGradientStop &stop : pEntry->stops)
+        strText += QStringLiteral(", stop:%1 %2").arg(stop.first).arg(css(stop.second));
+    return strText + QLatin1Char(')');
+}
+
 QString styleSheetForSelector(const QString &strSelector)
 {
     return state().mapStyle.value(strSelector);

@@ -45,6 +45,10 @@ QString globalFontFamily(int nLanguage = -1);
 QBrush getDataBaseColor(const QString &strKey, const QRect &rect = QRect(0, 0, 100, 100));
 // Whether a colour key is known (with the same prefix rule).
 bool hasDataBaseColor(const QString &strKey);
+// The colour key as a style-sheet brush: "qlineargradient(...)" for a
+// gradient (over the styled widget), "#rrggbb" or "rgba(...)" for a colour,
+// empty for an unknown key.
+QString styleSheetBrush(const QString &strKey);
 // The style sheet text stored under a style selector name; empty if unknown.
 QString styleSheetForSelector(const QString &strSelector);
 // Resolves a colour text: "#RRGGBB", "#AARRGGBB", an SVG colour name or a

@@ -57,7 +57,12 @@ QString CustomObject::cBackgroundImage(int nState) const
 
 void CustomObject::cSetBackgroundColor(const QString &strColorOrKey, int nState)
 {
+    const QString strBrush = Custom::styleSheetBrush(strColorOrKey);
     cSetBackgroundColor(Custom::resolveColor(strColorOrKey), nState);
+    if (!strBrush.isEmpty() && validState(nState)) {
+        m_mapBackgroundCss.insert(nState, strBrush);
+        cStyleChanged();
+    }
 }
 
 void CustomObject::cSetBackgroundColor(const char *pColorOrKey, int nState)
@@ -69,6 +74,7 @@ void CustomObject::cSetBackgroundColor(const QColor &color, int nState)
 {
     if (!validState(nState))
         return;
+    m_mapBackgroundCss.remove(nState);
     if (color.isValid())
         m_mapBackground.insert(nState, color);
     else
@@ -186,7 +192,9 @@ void CustomObject::cUpdateStyle()
     const QString strSelf = cSelector();
     for (int nState = StateNormal; nState < StateCount; ++nState) {
         QString strRule;
-        if (m_mapBackground.contains(nState))
+        if (m_mapBackgroundCss.contains(nState))
+            strRule += QStringLiteral("background: %1;").arg(m_mapBackgroundCss.value(nState));
+        else if (m_mapBackground.contains(nState))
             strRule += QStringLiteral("background-color: %1;").arg(cssColor(m_mapBackground.value(nState)));
         if (m_mapImage.contains(nState) && !cPaintsImages())
             strRule += QStringLiteral("border-image: url(%1) 0 0 0 0 stretch stretch;").arg(m_mapImage.value(nState));

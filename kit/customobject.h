@@ -36,7 +36,8 @@ public:
     void cSetBackgroundImage(const QString &strPath, int nState = StateNormal);
     QString cBackgroundImage(int nState = StateNormal) const;
     // Background colour in a state: "#RRGGBB", a colour name or a colour key
-    // of the database (Custom::getDataBaseColor).
+    // of the database (Custom::getDataBaseColor); a gradient key fills the
+    // widget with the gradient.
     void cSetBackgroundColor(const QString &strColorOrKey, int nState = StateNormal);
     void cSetBackgroundColor(const QColor &color, int nState = StateNormal);
     void cSetBackgroundColor(const char *pColorOrKey, int nState = StateNormal);
@@ -82,6 +83,7 @@ private:
     QString m_strSelector;
     QMap<int, QString> m_mapImage;
     QMap<int, QColor> m_mapBackground;
+    QMap<int, QString> m_mapBackgroundCss;
     QMap<int, QColor> m_mapFontColor;
     int m_nBorderWidth = -1;
     QColor m_borderColor;

@@ -115,8 +115,16 @@ void CustomPushButton::paintEvent(QPaintEvent *pEvent)
     if (nState == StatePressed && cBackgroundImage(StatePressed) == cBackgroundImage(StateNormal))
         strImage = cBackgroundImage(StateHover);
     const QPixmap pixmap = Custom::loadPixmap(strImage, devicePixelRatioF());
-    if (!pixmap.isNull())
-        painter.drawPixmap(rect(), pixmap);
+    if (!pixmap.isNull()) {
+        // Natural size, centred; scaled down (keeping its shape) when larger
+        // than the button, so a small icon in a wide table cell stays square.
+        QSizeF size = QSizeF(pixmap.size()) / pixmap.devicePixelRatio();
+        if (size.width() > width() || size.height() > height())
+            size.scale(QSizeF(width(), height()), Qt::KeepAspectRatio);
+        QRectF target(QPointF(0, 0), size);
+        target.moveCenter(QRectF(rect()).center());
+        painter.drawPixmap(target, pixmap, QRectF(pixmap.rect()));
+    }
     if (!text().isEmpty()) {
         QColor textColor = cFontColor(nState);
         if (!textColor.isValid())

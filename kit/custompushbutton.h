@@ -7,8 +7,9 @@
 // A push button in the house style. Primary buttons are filled with the
 // accent colour, secondary ones are outlined, flat ones (title-bar menus)
 // only show a hover tint. With background images set per state
-// (cSetBackgroundImage) the button draws the image of its current state
-// over its whole area and its text, if any, on top.
+// (cSetBackgroundImage) the button draws the image of its current state,
+// centred at its own size (scaled down to fit when larger than the button),
+// and its text, if any, on top.
 class CustomPushButton : public QPushButton, public CustomObject
 {
     Q_OBJECT

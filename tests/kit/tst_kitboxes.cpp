@@ -193,6 +193,23 @@ private slots:
         QCOMPARE(QColor(shot.pixel(12, 12)), expected);
     }
 
+    // A small image in a wide cell keeps its size and sits in the middle.
+    void buttonCentresSmallImage()
+    {
+        QTemporaryDir dir;
+        QImage image(24, 24, QImage::Format_ARGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(dir.filePath("clear.png")));
+        CustomPushButton button;
+        button.cSetBackgroundImage(dir.filePath("clear.png"));
+        button.setFixedSize(90, 38);
+        const QImage shot = button.grab().toImage();
+        QCOMPARE(QColor(shot.pixel(45, 19)), QColor(Qt::red));
+        QCOMPARE(QColor(shot.pixel(34, 8)), QColor(Qt::red));
+        QVERIFY(QColor(shot.pixel(32, 19)) != QColor(Qt::red));
+        QVERIFY(QColor(shot.pixel(45, 5)) != QColor(Qt::red));
+    }
+
     void lineWidget_data()
     {
         QTest::addColumn<int>("nType");

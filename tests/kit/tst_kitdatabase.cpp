@@ -110,6 +110,11 @@ private slots:
         label.cSetBackgroundColor("#FF0000", CustomObject::StateHover);
         QCOMPARE(label.cBackgroundColor(CustomObject::StateHover), QColor("#FF0000"));
         QVERIFY(label.styleSheet().contains(":hover"));
+        label.cSetBackgroundColor("VetrixToolColor_OperateButton_Background");
+        QVERIFY(label.styleSheet().contains("qlineargradient(x1:0, y1:0, x2:1, y2:1"));
+        QCOMPARE(label.cBackgroundColor(), QColor("#FF9900"));
+        label.cSetBackgroundColor(QColor("#00FF00"));
+        QVERIFY(!label.styleSheet().contains("qlineargradient"));
         label.cSetFontSize(23);
         QCOMPARE(label.font().pixelSize(), 23);
         label.cSetFontFamily("Arial");
