@@ -5,15 +5,15 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QMutex>
-#include <QMutexLocker>
 #include <QPointer>
 #include <QScreen>
 #include <QSysInfo>
 #include <QThread>
-#include <QWaitCondition>
 
+#include <chrono>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 
 // The platform-independent system facts and helpers; the rest lives in
 // sysinfo_<platform>.cpp.
@@ -77,25 +77,26 @@ QString primaryScreenText()
 // thread that is itself waiting for the worker cannot deadlock it.
 QString primaryScreenTextFromGuiThread()
 {
+    // Standard primitives rather than QMutex/QWaitCondition: the thread
+    // sanitizer sees through them.
     struct Reply {
-        QMutex mutex;
-        QWaitCondition done;
+        std::mutex mutex;
+        std::condition_variable done;
         bool bDone = false;
         QString strText;
     };
     auto pReply = std::make_shared<Reply>();
     const bool bPosted = QMetaObject::invokeMethod(guiApp(), [pReply] {
         const QString strText = primaryScreenText();
-        QMutexLocker locker(&pReply->mutex);
+        std::lock_guard<std::mutex> lock(pReply->mutex);
         pReply->strText = strText;
         pReply->bDone = true;
-        pReply->done.wakeAll();
+        pReply->done.notify_all();
     }, Qt::QueuedConnection);
     if (!bPosted)
         return QString();
-    QMutexLocker locker(&pReply->mutex);
-    if (!pReply->bDone)
-        pReply->done.wait(&pReply->mutex, 2000);
+    std::unique_lock<std::mutex> lock(pReply->mutex);
+    pReply->done.wait_for(lock, std::chrono::milliseconds(2000), [&pReply] { return pReply->bDone; });
     return pReply->bDone ? pReply->strText : QString();
 }
 
