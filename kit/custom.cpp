@@ -197,6 +197,11 @@ void setGlobalFontFamily(Language eLanguage, const QString &strFamily)
     applyApplicationFont();
 }
 
+void setGlobalFontFamily(int nLanguage, const QString &strFamily)
+{
+    setGlobalFontFamily(nLanguage == Chinese ? Chinese : English, strFamily);
+}
+
 QString globalFontFamily(int nLanguage)
 {
     const KitState &s = state();

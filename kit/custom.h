@@ -35,6 +35,8 @@ QStringList xmlPaths();
 // CJK-capable sans family so text still renders with the asked-for name.
 // When the language is the current one, the application font follows.
 void setGlobalFontFamily(Language eLanguage, const QString &strFamily);
+// The same with the language as its stored value (0 Chinese, other English).
+void setGlobalFontFamily(int nLanguage, const QString &strFamily);
 // The family set for a language (the current language by default); the
 // application's font family when none was set.
 QString globalFontFamily(int nLanguage = -1);

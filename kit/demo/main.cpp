@@ -2,6 +2,8 @@
 // looked at and captured (tools/screenshot). Options:
 //   --lang zh|en     language of the kit (and of the demo's own texts)
 //   --only main      show only the main window
+//   --menu           open the Help menu and its Language submenu
+//   --maximized      show the main window maximised
 #include "custom.h"
 #include "customfolderselectwidget.h"
 #include "customlabel.h"
@@ -23,6 +25,7 @@
 #include <QHeaderView>
 #include <QResource>
 #include <QStyleFactory>
+#include <QTimer>
 #include <QTranslator>
 #include <QVBoxLayout>
 
@@ -181,6 +184,8 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.addOption({QStringLiteral("lang"), QStringLiteral("zh or en"), QStringLiteral("lang"), QStringLiteral("en")});
     parser.addOption({QStringLiteral("only"), QStringLiteral("main: only the main window"), QStringLiteral("what")});
+    parser.addOption({QStringLiteral("menu"), QStringLiteral("open the Help menu")});
+    parser.addOption({QStringLiteral("maximized"), QStringLiteral("maximise the main window")});
     parser.process(app);
     g_bChinese = parser.value(QStringLiteral("lang")) == QLatin1String("zh");
 
@@ -201,7 +206,27 @@ int main(int argc, char *argv[])
 
     CustomMainWindow *pMain = buildMainWindow();
     pMain->move(10, 10);
-    pMain->show();
+    if (parser.isSet(QStringLiteral("maximized")))
+        pMain->showMaximized();
+    else
+        pMain->show();
+    if (parser.isSet(QStringLiteral("menu"))) {
+        QTimer::singleShot(800, pMain, [pMain] {
+            for (auto *pButton : pMain->cTitleBar()->findChildren<CustomPushButton *>()) {
+                if (pButton->menu() && pButton->menu()->actions().size() > 1) {
+                    QMenu *pHelp = pButton->menu();
+                    QTimer::singleShot(300, pHelp, [pHelp] {
+                        if (QAction *pLang = pHelp->actions().value(0))
+                            pHelp->setActiveAction(pLang);
+                        if (QMenu *pSub = pHelp->actions().value(0)->menu())
+                            pSub->popup(pHelp->geometry().topRight());
+                    });
+                    pButton->showMenu();
+                    return;
+                }
+            }
+        });
+    }
     if (parser.value(QStringLiteral("only")) == QLatin1String("main"))
         return app.exec();
 
