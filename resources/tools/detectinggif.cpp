@@ -45,8 +45,9 @@ QImage frame(const QSize &size, int nFrame)
     p.setPen(arc);
     p.setBrush(Qt::NoBrush);
     p.drawEllipse(c, 43.5, 43.5);
-    // Head of the arc.
-    const qreal dRad = qDegreesToRadians(-dAngle);
+    // Head of the arc: the gradient's start, dAngle clockwise from three
+    // o'clock on the screen (y grows downwards).
+    const qreal dRad = qDegreesToRadians(dAngle);
     p.setPen(Qt::NoPen);
     p.setBrush(kAccent);
     p.drawEllipse(QPointF(c.x() + 43.5 * qCos(dRad), c.y() + 43.5 * qSin(dRad)), 3.6, 3.6);
