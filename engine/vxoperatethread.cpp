@@ -109,7 +109,7 @@ void VxOperateThread::startOptimize(quint32 uMask)
 
 void VxOperateThread::stop()
 {
-    nInterval = kItemPauseMs;
+    nInterval = m_nStartInterval;
     {
         QMutexLocker locker(&mutex);
         bStop = true;

@@ -63,7 +63,8 @@ public:
     bool isDetectMode();
     const VxProbeTable &probeTable() const { return m_table; }
 
-    // The command-line tool runs items back to back; the GUI keeps 500 ms.
+    // The pause a start (and a stop) sets: 500 ms in the program; the
+    // command-line tool runs items back to back.
     void setItemPause(int nMs) { m_nStartInterval = nMs; }
     void setClock(Clock clock);
 
