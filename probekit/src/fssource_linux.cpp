@@ -38,14 +38,11 @@ std::string RealFsSource::full(const std::string &strPath) const
 bool RealFsSource::readFile(const std::string &strPath, std::string &strOut, size_t nMax)
 {
     strOut.clear();
-    const int fd = ::open(full(strPath).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    // O_NONBLOCK: a FIFO or device node planted in a fake tree cannot block;
+    // reading a directory fails with EISDIR.
+    const int fd = ::open(full(strPath).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (fd < 0)
         return false;
-    struct stat st;
-    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
-        ::close(fd);
-        return false;
-    }
     char buf[4096];
     bool ok = true;
     while (strOut.size() < nMax) {
@@ -57,9 +54,10 @@ bool RealFsSource::readFile(const std::string &strPath, std::string &strOut, siz
             ok = false;
             break;
         }
-        if (got == 0)
-            break;
         strOut.append(buf, size_t(got));
+        // sysfs hands an attribute over in one read; a short read is the end.
+        if (size_t(got) < want)
+            break;
     }
     ::close(fd);
     return ok;

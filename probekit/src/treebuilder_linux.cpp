@@ -206,20 +206,25 @@ void SysfsTreeBuilder::readDevice(DeviceFacts &f, bool bRootHub)
         }
         const std::string strIfBase = d + "/" + (bRootHub ? f.strName.substr(3) + "-0" : f.strName) + ":"
                                       + std::to_string(f.pConfig[5]) + ".";
+        std::vector<unsigned> vecAlternates;
         size_t at = 0;
         while (at + 2 <= f.nConfig) {
             const uint8_t len = f.pConfig[at];
             if (len < 2 || at + len > f.nConfig)
                 break;
-            if (f.pConfig[at + 1] == 4 && len >= 9 && f.pConfig[at + 3] == 0) {
+            if (f.pConfig[at + 1] == 4 && len >= 9) {
+                // Interfaces with alternate settings: the current one is in sysfs.
                 const unsigned nIf = f.pConfig[at + 2];
-                if (!f.mapAltSetting.count(nIf)) {
-                    const std::string strIf = strIfBase + std::to_string(nIf);
-                    unsigned long alt = 0;
-                    f.mapAltSetting[nIf] = attrNumber(strIf, "bAlternateSetting", 10, alt) && alt < 256 ? unsigned(alt) : 0;
-                }
+                if (f.pConfig[at + 3] != 0)
+                    vecAlternates.push_back(nIf);
+                f.mapAltSetting.emplace(nIf, 0u);
             }
             at += len;
+        }
+        for (const unsigned nIf : vecAlternates) {
+            unsigned long alt = 0;
+            if (attrNumber(strIfBase + std::to_string(nIf), "bAlternateSetting", 10, alt) && alt < 256)
+                f.mapAltSetting[nIf] = unsigned(alt);
         }
         // Interface strings of the current settings.
         at = 0;

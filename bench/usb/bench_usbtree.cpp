@@ -1,0 +1,104 @@
+// Times probekit over a synthetic sysfs tree: 8 PCI xHCI controllers, each
+// with a root hub, 8 hubs and 119 devices (127 devices per bus). Prints the
+// median time per build and per device, and the report text's cost.
+#include "probekit.h"
+#include "usbprobe.h"
+#include "usbsysroot.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+constexpr int kControllers = 8;
+constexpr int kDevicesPerBus = 127;
+constexpr double kTargetMicros = 50.0;
+
+int buildSysroot(const QString &strRoot)
+{
+    UsbSysroot::writeFile(strRoot + "/usr/share/misc/pci.ids", "8086  Intel Corporation\n\ta36d  Cannon Lake PCH USB 3.1 xHCI Host Controller\n");
+    QByteArray hub = UsbSysroot::deviceDescriptor(0x0200, 9, 2, 0x0409, 0x55aa);
+    hub += QByteArray::fromHex("09021900010100e0000904000001090000000705810301000c");
+    const QByteArray device = UsbSysroot::deviceDescriptor(0x0200, 0, 0, 0x046d, 0xc077) + UsbSysroot::simpleConfiguration(3);
+    int nDevices = 0;
+    for (int c = 0; c < kControllers; ++c) {
+        const QString address = QStringLiteral("0000:%1:00.0").arg(c + 1, 2, 16, QLatin1Char('0'));
+        const QString ctrl = UsbSysroot::addController(strRoot, address, 0x8086, 0xa36d, "xhci_hcd");
+        const QString rootHub = UsbSysroot::addRootHub(ctrl, c + 1, 8);
+        int nLeft = kDevicesPerBus;
+        int nAddress = 2;
+        for (int port = 1; port <= 8 && nLeft > 0; ++port) {
+            const QString hubName = QStringLiteral("%1-%2").arg(c + 1).arg(port);
+            const int nPorts = port < 8 ? 16 : 7;
+            const QString hubDir = UsbSysroot::addUsbDevice(rootHub, hubName, hub, "480", nAddress++, nPorts, "Bench Hub");
+            --nLeft;
+            ++nDevices;
+            for (int p = 1; p <= nPorts && nLeft > 0; ++p, --nLeft, ++nDevices)
+                UsbSysroot::addUsbDevice(hubDir, QStringLiteral("%1.%2").arg(hubName).arg(p), device, "12", nAddress++, 0,
+                                         "Bench Mouse");
+        }
+    }
+    return nDevices;
+}
+
+double median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    return v[v.size() / 2];
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    QTemporaryDir dir;
+    if (!dir.isValid())
+        return 2;
+    const int nDevices = buildSysroot(dir.path());
+    qputenv("VETRIX_SYSROOT", dir.path().toLocal8Bit());
+    if (argc > 1)
+        VxUsbProbe::setLibraryPath(QString::fromLocal8Bit(argv[1]));
+    UsbRootItem *pWarm = VxUsbProbe::buildTree(); // loads the library and warms the file cache
+    if (!pWarm) {
+        std::fprintf(stderr, "probe library not found at %s\n", qPrintable(VxUsbProbe::libraryPath()));
+        return 2;
+    }
+    VxUsbProbe::destroyTree(pWarm);
+
+    std::vector<double> build, report;
+    double userMicros = 0, systemMicros = 0;
+    int nLines = 0;
+    const int nRuns = 15;
+    for (int i = 0; i < nRuns; ++i) {
+        QElapsedTimer t;
+        rusage before{}, after{};
+        getrusage(RUSAGE_SELF, &before);
+        t.start();
+        UsbRootItem *pRoot = VxUsbProbe::buildTree();
+        build.push_back(t.nsecsElapsed() / 1000.0);
+        getrusage(RUSAGE_SELF, &after);
+        userMicros += (after.ru_utime.tv_sec - before.ru_utime.tv_sec) * 1e6 + (after.ru_utime.tv_usec - before.ru_utime.tv_usec);
+        systemMicros += (after.ru_stime.tv_sec - before.ru_stime.tv_sec) * 1e6 + (after.ru_stime.tv_usec - before.ru_stime.tv_usec);
+        t.restart();
+        nLines = VxUsbProbe::treeReportLines(pRoot).size();
+        report.push_back(t.nsecsElapsed() / 1000.0);
+        VxUsbProbe::destroyTree(pRoot);
+    }
+    const double perDevice = median(build) / nDevices;
+    std::printf("devices: %d (%d controllers)\n", nDevices, kControllers);
+    std::printf("tree build: median %.0f us, %.1f us per device (target < %.0f us): %s\n", median(build), perDevice,
+                kTargetMicros, perDevice < kTargetMicros ? "ok" : "OVER TARGET");
+    std::printf("tree build CPU per device: %.1f us user, %.1f us system (wall time includes waiting for a CPU)\n",
+                userMicros / nRuns / nDevices, systemMicros / nRuns / nDevices);
+    std::printf("report text: median %.0f us, %.1f us per device, %d lines\n", median(report), median(report) / nDevices,
+                nLines);
+    return 0;
+}
