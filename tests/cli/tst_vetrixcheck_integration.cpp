@@ -1,0 +1,145 @@
+// Runs the built vetrix-check as a user would. The system root points at an
+// empty folder so the file-based probes find nothing; netlink and D-Bus still
+// answer from the live machine, so outcomes are compared with the exit status
+// rather than fixed.
+#include <QtTest>
+
+class TestVetrixCheckIntegration : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void helpAndVersion();
+    void usageErrors_data();
+    void usageErrors();
+    void jsonIsValidAndMatchesExitStatus();
+    void outputFileUsesCrLf();
+    void outputFileUnwritable();
+
+private:
+    struct Result
+    {
+        int nExit = -1;
+        QByteArray out;
+        QByteArray err;
+    };
+    Result run(const QStringList &args);
+
+    QString m_strProgram;
+    QTemporaryDir m_root;
+};
+
+void TestVetrixCheckIntegration::initTestCase()
+{
+    m_strProgram = QStringLiteral(VX_BIN_DIR "/vetrix-check");
+    QVERIFY2(QFileInfo(m_strProgram).isExecutable(), qPrintable(m_strProgram));
+    QVERIFY(m_root.isValid());
+}
+
+TestVetrixCheckIntegration::Result TestVetrixCheckIntegration::run(const QStringList &args)
+{
+    QProcess process;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("VETRIX_SYSROOT", m_root.path());
+    process.setProcessEnvironment(env);
+    process.start(m_strProgram, args);
+    Result result;
+    if (!process.waitForFinished(60000)) {
+        process.kill();
+        process.waitForFinished();
+        return result;
+    }
+    result.nExit = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    result.out = process.readAllStandardOutput();
+    result.err = process.readAllStandardError();
+    return result;
+}
+
+void TestVetrixCheckIntegration::helpAndVersion()
+{
+    Result help = run({"--help"});
+    QCOMPARE(help.nExit, 0);
+    for (const char *pOption : {"--items", "--format", "--output", "--timings", "--lang"})
+        QVERIFY2(help.out.contains(pOption), pOption);
+    Result version = run({"--version"});
+    QCOMPARE(version.nExit, 0);
+    QCOMPARE(version.out.trimmed(), QByteArray("vetrix-check 4.1.0"));
+}
+
+void TestVetrixCheckIntegration::usageErrors_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addRow("unknown option") << QStringList{"--frobnicate"};
+    QTest::addRow("unknown item") << QStringList{"--items", "5"};
+    QTest::addRow("missing option value") << QStringList{"--items"};
+    QTest::addRow("unknown format") << QStringList{"--format", "xml"};
+    QTest::addRow("unknown language") << QStringList{"--lang", "eng"};
+    QTest::addRow("stray argument") << QStringList{"now"};
+}
+
+void TestVetrixCheckIntegration::usageErrors()
+{
+    QFETCH(QStringList, args);
+    Result result = run(args);
+    QCOMPARE(result.nExit, 2);
+    QVERIFY(result.out.isEmpty());
+    QVERIFY(!result.err.isEmpty());
+}
+
+void TestVetrixCheckIntegration::jsonIsValidAndMatchesExitStatus()
+{
+    Result result = run({"--format", "json", "--timings"});
+    QVERIFY(result.nExit == 0 || result.nExit == 1);
+    QJsonParseError error;
+    const QJsonDocument doc = QJsonDocument::fromJson(result.out, &error);
+    QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));
+    const QJsonObject root = doc.object();
+    QCOMPARE(root.value("tool").toString(), QStringLiteral("vetrix-check"));
+    QCOMPARE(root.value("version").toString(), QStringLiteral("4.1.0"));
+    const QJsonArray items = root.value("items").toArray();
+    QCOMPARE(items.size(), 10);
+    bool bExceptional = false;
+    QList<int> ids;
+    for (const QJsonValue &value : items) {
+        const QJsonObject item = value.toObject();
+        for (const char *pKey : {"id", "name", "group", "available", "normal", "severity", "lines"})
+            QVERIFY2(item.contains(pKey), pKey);
+        ids << item.value("id").toInt();
+        if (item.value("available").toBool())
+            bExceptional = bExceptional || !item.value("normal").toBool();
+        else
+            QVERIFY(item.value("normal").isNull());
+    }
+    QCOMPARE(ids, (QList<int>{1, 2, 4, 8, 32, 512, 1024, 256, 128, 2048}));
+    QCOMPARE(result.nExit, bExceptional ? 1 : 0);
+}
+
+void TestVetrixCheckIntegration::outputFileUsesCrLf()
+{
+    const QString strPath = m_root.filePath("report.log");
+    Result result = run({"--items", "2048,1", "--output", strPath});
+    QVERIFY(result.nExit == 0 || result.nExit == 1);
+    QVERIFY(result.out.isEmpty());
+    QFile file(strPath);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    QVERIFY(bytes.startsWith("|     \r\n|----1: SDK Diagnosis\r\n"));
+    QCOMPARE(bytes.count("\r\n"), bytes.count('\n'));
+    QVERIFY(bytes.contains("|----3-1: Systm Info\r\n"));
+    QVERIFY(!bytes.contains("Driver Diagnosis\r\n|    |----"));
+
+    // On stdout the same report ends its lines in LF only.
+    Result stdoutResult = run({"--items", "2048,1"});
+    QVERIFY(!stdoutResult.out.contains('\r'));
+    QVERIFY(stdoutResult.out.contains("|----3-1: Systm Info\n"));
+}
+
+void TestVetrixCheckIntegration::outputFileUnwritable()
+{
+    Result result = run({"--items", "1", "--output", m_root.filePath("no/such/dir/report.log")});
+    QCOMPARE(result.nExit, 2);
+    QVERIFY(result.err.contains("Cannot write"));
+}
+
+QTEST_GUILESS_MAIN(TestVetrixCheckIntegration)
+#include "tst_vetrixcheck_integration.moc"
