@@ -31,8 +31,15 @@ bool OpenHtmlByDefBrowser(const QString &strUrl)
         return false;
     wchar_t szBrowser[MAX_PATH] = {};
     DWORD uLength = MAX_PATH;
-    if (FAILED(AssocQueryStringW(ASSOCF_NONE, ASSOCSTR_EXECUTABLE, L"http", L"open", szBrowser, &uLength)))
-        return false;
+    // ASSOCF_IS_PROTOCOL (0x1000, Windows 8+; declared only for Windows 8
+    // targets) follows the user's choice of browser for the http protocol;
+    // older systems answer without the flag.
+    const ASSOCF uIsProtocol = static_cast<ASSOCF>(0x00001000);
+    if (FAILED(AssocQueryStringW(uIsProtocol, ASSOCSTR_EXECUTABLE, L"http", L"open", szBrowser, &uLength))) {
+        uLength = MAX_PATH;
+        if (FAILED(AssocQueryStringW(ASSOCF_NONE, ASSOCSTR_EXECUTABLE, L"http", L"open", szBrowser, &uLength)))
+            return false;
+    }
     const std::wstring arguments = L"\"" + url16 + L"\"";
     const HINSTANCE hResult = ShellExecuteW(nullptr, L"open", szBrowser, arguments.c_str(), nullptr, SW_SHOWNORMAL);
     return reinterpret_cast<INT_PTR>(hResult) > 32;
