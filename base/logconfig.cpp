@@ -112,10 +112,13 @@ struct Sink {
     bool bInstalled = false;
 };
 
+// Never destroyed: Qt may still log from its own static destructors after
+// main() returns, and the handler must not meet a destroyed sink then.
+// Every line is flushed as it is written.
 Sink &sink()
 {
-    static Sink s_sink;
-    return s_sink;
+    static Sink *s_pSink = new Sink;
+    return *s_pSink;
 }
 
 const char *typeName(QtMsgType type)
