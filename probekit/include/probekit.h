@@ -63,10 +63,10 @@ enum UsbConnectionStatus {
 
 /* Device speed codes (Windows USB_DEVICE_SPEED values). */
 enum UsbDeviceSpeed {
-    UsbLowSpeed = 0,
-    UsbFullSpeed = 1,
-    UsbHighSpeed = 2,
-    UsbSuperSpeed = 3
+    UsbSpeedLow = 0,
+    UsbSpeedFull = 1,
+    UsbSpeedHigh = 2,
+    UsbSpeedSuper = 3
 };
 
 struct UsbTreeItem;

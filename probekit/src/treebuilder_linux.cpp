@@ -52,15 +52,15 @@ uint8_t speedCode(const std::string &strSpeed)
 {
     const std::string s = trimmed(strSpeed);
     if (s == "1.5")
-        return UsbLowSpeed;
+        return UsbSpeedLow;
     if (s == "12")
-        return UsbFullSpeed;
+        return UsbSpeedFull;
     if (s == "480")
-        return UsbHighSpeed;
+        return UsbSpeedHigh;
     unsigned long v = 0;
     if (parseNumber(s, 10, v) && v >= 5000)
-        return UsbSuperSpeed;
-    return UsbFullSpeed;
+        return UsbSpeedSuper;
+    return UsbSpeedFull;
 }
 
 std::string bcdVersion(uint16_t bcd)
@@ -80,7 +80,7 @@ struct DeviceFacts
     UsbDeviceDescriptor dd{};
     const uint8_t *pConfig = nullptr; // active configuration inside strDescriptors
     size_t nConfig = 0;
-    uint8_t uSpeed = UsbFullSpeed;
+    uint8_t uSpeed = UsbSpeedFull;
     uint16_t uDevNum = 0;
     uint8_t uConfigValue = 0;
     unsigned nPorts = 0;
@@ -358,7 +358,7 @@ UsbHubNodeInfo *SysfsTreeBuilder::makeHubInfo(const DeviceFacts &f, bool bRootHu
     uint32_t uFlags = 0;
     if (f.bHaveDd && f.dd.bcdUSB >= 0x0200)
         uFlags |= 0x01; // high speed capable
-    if (f.uSpeed == UsbHighSpeed)
+    if (f.uSpeed == UsbSpeedHigh)
         uFlags |= 0x02;
     if (f.bHaveDd && f.dd.bDeviceProtocol == 2) {
         uFlags |= 0x04; // multi-TT capable; on when the hub interface runs its multi-TT setting

@@ -73,9 +73,9 @@ QString CUsbDescriptorDecoder::connectionStatusName(quint32 uStatus)
 QString CUsbDescriptorDecoder::speedName(quint32 uSpeed)
 {
     switch (uSpeed) {
-    case UsbLowSpeed: return QStringLiteral("Low");
-    case UsbFullSpeed: return QStringLiteral("Full");
-    case UsbHighSpeed: return QStringLiteral("High");
+    case UsbSpeedLow: return QStringLiteral("Low");
+    case UsbSpeedFull: return QStringLiteral("Full");
+    case UsbSpeedHigh: return QStringLiteral("High");
     default: return QStringLiteral("Unknown");
     }
 }
