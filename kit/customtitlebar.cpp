@@ -5,6 +5,7 @@
 #include "kitstyle.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QAction>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -268,30 +269,44 @@ void CustomTitleBar::mousePressEvent(QMouseEvent *pEvent)
         QWidget::mousePressEvent(pEvent);
         return;
     }
-    QWidget *pWindow = window();
     pEvent->accept();
-    // Let the window system move the window where it can: this works on
-    // Wayland, where a client cannot place its own windows.
-    if (pWindow->windowHandle() && pWindow->windowHandle()->startSystemMove())
-        return;
-    if (pWindow->isMaximized())
-        return;
-    m_bDragging = true;
-    m_ptDragOffset = pEvent->globalPos() - pWindow->frameGeometry().topLeft();
+    m_bPressed = true;
+    m_bDragging = false;
+    m_ptPress = pEvent->globalPos();
+    m_ptDragOffset = pEvent->globalPos() - window()->frameGeometry().topLeft();
 }
 
 void CustomTitleBar::mouseMoveEvent(QMouseEvent *pEvent)
 {
-    if (m_bDragging) {
-        window()->move(pEvent->globalPos() - m_ptDragOffset);
-        pEvent->accept();
+    if (!m_bPressed) {
+        QWidget::mouseMoveEvent(pEvent);
         return;
     }
-    QWidget::mouseMoveEvent(pEvent);
+    pEvent->accept();
+    QWidget *pWindow = window();
+    if (!m_bDragging) {
+        // The move starts once the pointer really travels, so clicks and
+        // double clicks on the bar stay clicks.
+        if ((pEvent->globalPos() - m_ptPress).manhattanLength() < QApplication::startDragDistance())
+            return;
+        // The window system's move works everywhere, also on Wayland where a
+        // client cannot place its own windows.
+        if (pWindow->windowHandle() && pWindow->windowHandle()->startSystemMove()) {
+            m_bPressed = false;
+            return;
+        }
+        if (pWindow->isMaximized()) {
+            m_bPressed = false;
+            return;
+        }
+        m_bDragging = true;
+    }
+    pWindow->move(pEvent->globalPos() - m_ptDragOffset);
 }
 
 void CustomTitleBar::mouseReleaseEvent(QMouseEvent *pEvent)
 {
+    m_bPressed = false;
     m_bDragging = false;
     QWidget::mouseReleaseEvent(pEvent);
 }

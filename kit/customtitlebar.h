@@ -83,7 +83,9 @@ private:
     QAbstractButton *m_pMaxButton = nullptr;
     QAbstractButton *m_pCloseButton = nullptr;
     QString m_strIconPath;
+    bool m_bPressed = false;
     bool m_bDragging = false;
+    QPoint m_ptPress;
     QPoint m_ptDragOffset;
 };
 

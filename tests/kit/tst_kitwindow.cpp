@@ -33,8 +33,13 @@ private:
     // Moves the mouse with the button held, as a drag does.
     static void dragMove(QWidget *pWidget, const QPoint &pos)
     {
-        QMouseEvent move(QEvent::MouseMove, pos, pWidget->mapToGlobal(pos), Qt::NoButton, Qt::LeftButton,
-                         Qt::NoModifier);
+        dragMoveGlobal(pWidget, pWidget->mapToGlobal(pos));
+    }
+    // The pointer's screen position does not follow the window it drags.
+    static void dragMoveGlobal(QWidget *pWidget, const QPoint &globalPos)
+    {
+        QMouseEvent move(QEvent::MouseMove, pWidget->mapFromGlobal(globalPos), globalPos, Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(pWidget, &move);
     }
 
@@ -223,6 +228,66 @@ private slots:
         QCOMPARE(after.y() - before.y(), expectedChange.y());
         QCOMPARE(after.width() - before.width(), expectedChange.width());
         QCOMPARE(after.height() - before.height(), expectedChange.height());
+    }
+
+    void titleBarDragMoves_data()
+    {
+        QTest::addColumn<QPoint>("delta");
+        QTest::addColumn<QPoint>("expectedMove");
+        QTest::addRow("drag moves the window") << QPoint(40, 25) << QPoint(40, 25);
+        QTest::addRow("a jitter stays a click") << QPoint(1, 1) << QPoint(0, 0);
+    }
+    void titleBarDragMoves()
+    {
+        QFETCH(QPoint, delta);
+        QFETCH(QPoint, expectedMove);
+        CustomMainWindow window;
+        window.cTitleBar()->cSetTitleText("Title");
+        window.setGeometry(200, 150, 500, 300);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const QPoint before = window.pos();
+        CustomTitleBar *pBar = window.cTitleBar();
+        const QPoint press(pBar->width() / 2, pBar->height() / 2);
+        const QPoint globalPress = pBar->mapToGlobal(press);
+        QTest::mousePress(pBar, Qt::LeftButton, Qt::NoModifier, press);
+        // Two steps, as a real drag delivers several moves.
+        dragMoveGlobal(pBar, globalPress + delta / 2);
+        dragMoveGlobal(pBar, globalPress + delta);
+        QTest::mouseRelease(pBar, Qt::LeftButton, Qt::NoModifier, press + delta);
+        QCOMPARE(window.pos() - before, expectedMove);
+    }
+
+    void titleBarDoubleClickMaximises_data()
+    {
+        QTest::addColumn<int>("nControls");
+        QTest::addColumn<bool>("bFixed");
+        QTest::addColumn<bool>("bMaximised");
+        QTest::addRow("main window") << 7 << false << true;
+        QTest::addRow("without maximise control") << 4 << false << false;
+        QTest::addRow("fixed size") << 7 << true << false;
+    }
+    void titleBarDoubleClickMaximises()
+    {
+        QFETCH(int, nControls);
+        QFETCH(bool, bFixed);
+        QFETCH(bool, bMaximised);
+        CustomMainWindow window;
+        window.cTitleBar()->cSetTitleControls(nControls);
+        window.setGeometry(200, 150, 500, 300);
+        if (bFixed)
+            window.setFixedSize(500, 300);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::mouseDClick(window.cTitleBar(), Qt::LeftButton, Qt::NoModifier, QPoint(100, 10));
+        QTRY_COMPARE(window.isMaximized(), bMaximised);
+        if (bMaximised) {
+            // No frame margin while maximised; a second double click restores.
+            QCOMPARE(window.cFrameMargin(), 0);
+            QTest::mouseDClick(window.cTitleBar(), Qt::LeftButton, Qt::NoModifier, QPoint(100, 10));
+            QTRY_VERIFY(!window.isMaximized());
+            QVERIFY(window.cFrameMargin() > 0);
+        }
     }
 
     void keyboardResizeAndMove()
