@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+// The closed set of changes vetrix-helper makes with system rights. Each
+// verb checks its own arguments; anything it does not expect is refused
+// before the machine is touched.
+//
+//   set-env NAME VALUE [NAME VALUE ...]  write SDK variables into /etc/environment
+//   set-mtu IFACE MTU                    set an interface's MTU
+//   remove-sdk-file PATH [PATH ...]      delete stray SDK libraries found by the check
+//   run-installer gige|usb3              run the SDK's driver install script
+namespace HelperVerbs {
+
+enum Exit { ExitDone = 0, ExitFailed = 1, ExitRefused = 2 };
+
+// Checks a command line (verb first). On refusal *pReason says why.
+bool validate(const QStringList &listArgs, QString *pReason = nullptr);
+
+// Validates and performs; returns the exit status. run-installer replaces
+// the process with the script and returns only if that fails.
+int run(const QStringList &listArgs);
+
+} // namespace HelperVerbs
