@@ -102,8 +102,15 @@ void CustomMainWindow::cSetCentralWidget(QWidget *pWidget)
 void CustomMainWindow::cEnableDefualtShadow(bool bEnable)
 {
     m_bShadow = bEnable;
-    if (bEnable && KitStyle::compositingActive())
+    // Translucency only takes effect before the native window exists; a
+    // window that is already shown keeps its plain border.
+    if (bEnable && KitStyle::compositingActive() && !testAttribute(Qt::WA_WState_Created))
         setAttribute(Qt::WA_TranslucentBackground);
+    updateFrame();
+}
+
+void CustomMainWindow::cStyleChanged()
+{
     updateFrame();
 }
 

@@ -93,6 +93,8 @@ protected:
     void leaveEvent(QEvent *pEvent) override;
     void changeEvent(QEvent *pEvent) override;
     void keyPressEvent(QKeyEvent *pEvent) override;
+    // The face colour comes from cSetBackgroundColor (normal state).
+    void cStyleChanged() override;
 
 private:
     int edgesAt(const QPoint &pos) const;

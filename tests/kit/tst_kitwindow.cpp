@@ -331,6 +331,16 @@ private slots:
         QCOMPARE(!window.isVisible(), bClosed);
     }
 
+    void faceColourFromSetter()
+    {
+        CustomMainWindow window;
+        window.cSetBackgroundColor(QColor("#F2F3F5"));
+        window.resize(300, 200);
+        const QImage shot = window.grab().toImage();
+        QCOMPARE(QColor(shot.pixel(150, 120)), QColor("#F2F3F5"));
+        QVERIFY(window.styleSheet().isEmpty());
+    }
+
     void centralWidgetReplaced()
     {
         CustomMainWindow window;
