@@ -4,9 +4,52 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QMutexLocker>
+
+// QMutex blocks through futexes that ThreadSanitizer does not see, so under
+// it the lock and unlock are announced as acquire and release.
+#if defined(__SANITIZE_THREAD__)
+extern "C" void __tsan_acquire(void *pAddr);
+extern "C" void __tsan_release(void *pAddr);
+#define VX_TSAN_ACQUIRE(p) __tsan_acquire(p)
+#define VX_TSAN_RELEASE(p) __tsan_release(p)
+#else
+#define VX_TSAN_ACQUIRE(p) ((void)(p))
+#define VX_TSAN_RELEASE(p) ((void)(p))
+#endif
 
 namespace {
+class MutexLocker
+{
+public:
+    explicit MutexLocker(QMutex *pMutex)
+        : m_pMutex(pMutex)
+    {
+        relock();
+    }
+    ~MutexLocker() { unlock(); }
+    MutexLocker(const MutexLocker &) = delete;
+    MutexLocker &operator=(const MutexLocker &) = delete;
+
+    void unlock()
+    {
+        if (!m_bLocked)
+            return;
+        VX_TSAN_RELEASE(m_pMutex);
+        m_pMutex->unlock();
+        m_bLocked = false;
+    }
+    void relock()
+    {
+        m_pMutex->lock();
+        VX_TSAN_ACQUIRE(m_pMutex);
+        m_bLocked = true;
+    }
+
+private:
+    QMutex *m_pMutex;
+    bool m_bLocked = false;
+};
+
 VxOperateThread::WarningHandler &warningHandler()
 {
     static VxOperateThread::WarningHandler handler;
@@ -43,7 +86,7 @@ VxOperateThread::~VxOperateThread()
     // A pass still running would write into the records being freed.
     if (isRunning()) {
         {
-            QMutexLocker locker(&mutex);
+            MutexLocker locker(&mutex);
             bStop = true;
         }
         wait();
@@ -70,7 +113,7 @@ void VxOperateThread::cutRunningPassShort()
         return;
     bForceStopped = true;
     {
-        QMutexLocker locker(&mutex);
+        MutexLocker locker(&mutex);
         bStop = true;
     }
     quit();
@@ -85,7 +128,7 @@ void VxOperateThread::beginPass(bool bDetect, quint32 uMask)
 {
     cutRunningPassShort();
     {
-        QMutexLocker locker(&mutex);
+        MutexLocker locker(&mutex);
         nInterval = m_nStartInterval;
         if (bDetect)
             detectMask = uMask;
@@ -111,7 +154,7 @@ void VxOperateThread::stop()
 {
     nInterval = m_nStartInterval;
     {
-        QMutexLocker locker(&mutex);
+        MutexLocker locker(&mutex);
         bStop = true;
     }
     quit();
@@ -128,7 +171,7 @@ bool VxOperateThread::stopAndWait()
 void VxOperateThread::stop(bool bWait)
 {
     {
-        QMutexLocker locker(&mutex);
+        MutexLocker locker(&mutex);
         bStop = true;
     }
     quit();
@@ -144,21 +187,21 @@ void VxOperateThread::stop(bool bWait)
 void VxOperateThread::stopDetect()
 {
     stop();
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     detectMask = 0;
 }
 
 void VxOperateThread::stopOptimizeAndWait()
 {
     stopAndWait();
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     optimizeMask = 0;
 }
 
 void VxOperateThread::reset()
 {
     nInterval = 0;
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     detectMask = 0;
     optimizeMask = 0;
     bStop = true;
@@ -168,7 +211,7 @@ void VxOperateThread::reset()
 
 void VxOperateThread::onRemoveItem(int nItem)
 {
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     if (bIsDetecting)
         detectMask &= ~quint32(nItem);
     else
@@ -177,7 +220,7 @@ void VxOperateThread::onRemoveItem(int nItem)
 
 CDetectInfo *VxOperateThread::detectInfo(int nItem)
 {
-    QMutexLocker locker(&m_recordsMutex);
+    MutexLocker locker(&m_recordsMutex);
     CDetectInfo *&pInfo = records[nItem];
     if (!pInfo)
         pInfo = createDetectInfo(nItem);
@@ -186,13 +229,13 @@ CDetectInfo *VxOperateThread::detectInfo(int nItem)
 
 QMap<int, CDetectInfo *> VxOperateThread::allRecords() const
 {
-    QMutexLocker locker(&m_recordsMutex);
+    MutexLocker locker(&m_recordsMutex);
     return records;
 }
 
 void VxOperateThread::prepareRun(bool bDetect, quint32 uMask, int nPause)
 {
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     bIsDetecting = bDetect;
     bStop = false;
     nInterval = nPause;
@@ -204,31 +247,31 @@ void VxOperateThread::prepareRun(bool bDetect, quint32 uMask, int nPause)
 
 void VxOperateThread::setRecords(const QMap<int, CDetectInfo *> &mapRecords)
 {
-    QMutexLocker locker(&m_recordsMutex);
+    MutexLocker locker(&m_recordsMutex);
     records = mapRecords;
 }
 
 void VxOperateThread::releaseRecords()
 {
-    QMutexLocker locker(&m_recordsMutex);
+    MutexLocker locker(&m_recordsMutex);
     records.clear();
 }
 
 quint32 VxOperateThread::pendingDetectMask()
 {
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     return detectMask;
 }
 
 quint32 VxOperateThread::pendingOptimizeMask()
 {
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     return optimizeMask;
 }
 
 bool VxOperateThread::isDetectMode()
 {
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     return bIsDetecting;
 }
 
@@ -244,7 +287,7 @@ void VxOperateThread::run()
 {
     bool bDetect;
     {
-        QMutexLocker locker(&mutex);
+        MutexLocker locker(&mutex);
         bDetect = bIsDetecting;
     }
     emit sigStartOperate(bDetect);
@@ -258,7 +301,7 @@ void VxOperateThread::run()
 
 bool VxOperateThread::pauseAndCheckStop()
 {
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     const int nPause = nInterval;
     if (nPause > 0)
         msleep(ulong(nPause));
@@ -267,7 +310,7 @@ bool VxOperateThread::pauseAndCheckStop()
 
 void VxOperateThread::finalPause()
 {
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     const int nPause = nInterval;
     if (nPause > 0)
         msleep(ulong(nPause));
@@ -275,13 +318,13 @@ void VxOperateThread::finalPause()
 
 bool VxOperateThread::stopRequested()
 {
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     return bStop;
 }
 
 void VxOperateThread::clearCurrentBit(int nItem)
 {
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     if (bIsDetecting)
         detectMask &= ~quint32(nItem);
     else
@@ -290,7 +333,7 @@ void VxOperateThread::clearCurrentBit(int nItem)
 
 bool VxOperateThread::maskHas(bool bDetect, int nItem)
 {
-    QMutexLocker locker(&mutex);
+    MutexLocker locker(&mutex);
     return ((bDetect ? detectMask : optimizeMask) & quint32(nItem)) != 0;
 }
 

@@ -61,7 +61,6 @@ private slots:
     void removeItemClearsCurrentModeBit();
     void stopDetectAndResetClearMasks();
     void warningHandlerGetsParent();
-    void rapidStartStopCycles();
 };
 
 void TestVxOperateThread::signalOrderMatchesDeclaration()
@@ -369,44 +368,6 @@ void TestVxOperateThread::warningHandlerGetsParent()
     QCOMPARE(pSeenParent, &owner);
     VxOperateThread::setWarningHandler(nullptr);
     pThread->wait(5000);
-}
-
-void TestVxOperateThread::rapidStartStopCycles()
-{
-    FakeProbes fakes;
-    int nStarts = 0;
-    int nEnds = 0;
-    {
-        VxOperateThread thread(fakes.table());
-        thread.setItemPause(0);
-        connect(&thread, &VxOperateThread::sigStartOperate, this, [&] { ++nStarts; });
-        connect(&thread, &VxOperateThread::sigEndOperate, this, [&] { ++nEnds; });
-        for (int i = 0; i < 1000; ++i) {
-            if (i % 2)
-                thread.startDetect(kAll);
-            else
-                thread.startOptimize(VxItems::SdkFiles | VxItems::EnvVariables | VxItems::JumboFrame);
-            switch (i % 4) {
-            case 0:
-                thread.stop();
-                break;
-            case 1:
-                QVERIFY(thread.stopAndWait());
-                break;
-            case 2:
-                thread.reset();
-                break;
-            default:
-                break; // the next start cuts it short
-            }
-        }
-        QVERIFY(thread.stopAndWait());
-        QCoreApplication::processEvents();
-        // Every pass started; a pass cut short by a new start sends no end.
-        QVERIFY(nEnds <= nStarts);
-        QVERIFY(nStarts > 0);
-    }
-    QCOMPARE(fakes.nTreesAlive.load(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestVxOperateThread)
