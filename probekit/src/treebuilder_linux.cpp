@@ -111,8 +111,10 @@ private:
         return m_fs.readFile(strDir + "/" + pName, s, kMaxAttrBytes) && parseNumber(s, nBase, uOut);
     }
     void readDevice(DeviceFacts &facts, bool bRootHub);
-    void addController(ChildAppender &list, const std::string &strPciDir, const std::string &strAddress,
-                       const std::string &strName, uint32_t uIds, uint32_t uSubSys, uint32_t uRevision);
+    void addController(ChildAppender &list, const std::string &strDir, const std::string &strKey,
+                       const std::string &strName, uint32_t uIds, uint32_t uSubSys, uint32_t uRevision,
+                       const std::vector<std::string> &vecBusNames);
+    std::string resolveLink(const std::string &strLink);
     void addHubPorts(UsbTreeItem *pHubItem, const DeviceFacts &hub, int nDepth);
     UsbHubNodeInfo *makeHubInfo(const DeviceFacts &facts, bool bRootHub);
     UsbPortConnectionInfo *makeConnectionInfo(const DeviceFacts *pFacts, unsigned nPort);
@@ -439,16 +441,17 @@ void SysfsTreeBuilder::addHubPorts(UsbTreeItem *pHubItem, const DeviceFacts &hub
     }
 }
 
-void SysfsTreeBuilder::addController(ChildAppender &list, const std::string &strPciDir, const std::string &strAddress,
-                                     const std::string &strName, uint32_t uIds, uint32_t uSubSys, uint32_t uRevision)
+void SysfsTreeBuilder::addController(ChildAppender &list, const std::string &strDir, const std::string &strKey,
+                                     const std::string &strName, uint32_t uIds, uint32_t uSubSys, uint32_t uRevision,
+                                     const std::vector<std::string> &vecBusNames)
 {
     auto *pInfo = m_arena.make<UsbControllerInfo>();
     if (!pInfo || !countNode())
         return;
     pInfo->Kind = UsbNodeController;
     pInfo->pDeviceDesc = m_arena.wide(strName);
-    pInfo->pDevicePath = m_arena.wide("/sys/bus/pci/devices/" + strAddress);
-    pInfo->pDriverKey = m_arena.wide(strAddress);
+    pInfo->pDevicePath = m_arena.wide(strDir);
+    pInfo->pDriverKey = m_arena.wide(strKey);
     pInfo->VendorID = uIds >> 16;
     pInfo->DeviceID = uIds & 0xFFFF;
     pInfo->SubSysID = uSubSys;
@@ -457,13 +460,11 @@ void SysfsTreeBuilder::addController(ChildAppender &list, const std::string &str
     if (!pItem)
         return;
 
-    std::vector<std::string> vecEntries;
-    m_fs.listDir(strPciDir, vecEntries);
     std::vector<std::pair<unsigned long, std::string>> vecBuses;
-    for (const std::string &e : vecEntries) {
+    for (const std::string &e : vecBusNames) {
         unsigned long nBus = 0;
         if (e.size() > 3 && e.compare(0, 3, "usb") == 0 && parseNumber(e.substr(3), 10, nBus)
-            && m_fs.isDir(strPciDir + "/" + e, false))
+            && m_fs.isDir(strDir + "/" + e, false))
             vecBuses.emplace_back(nBus, e);
     }
     std::sort(vecBuses.begin(), vecBuses.end());
@@ -473,7 +474,7 @@ void SysfsTreeBuilder::addController(ChildAppender &list, const std::string &str
             return;
         DeviceFacts f;
         f.strName = bus.second;
-        f.strDir = strPciDir + "/" + bus.second;
+        f.strDir = strDir + "/" + bus.second;
         readDevice(f, true);
         UsbHubNodeInfo *pHub = makeHubInfo(f, true);
         if (!pHub)
@@ -486,16 +487,48 @@ void SysfsTreeBuilder::addController(ChildAppender &list, const std::string &str
     }
 }
 
+// The absolute path a sysfs link points to ("" when it is no link).
+std::string SysfsTreeBuilder::resolveLink(const std::string &strLink)
+{
+    std::string strTarget;
+    if (!m_fs.readLink(strLink, strTarget))
+        return std::string();
+    std::string strJoined = strTarget[0] == '/' ? strTarget : strLink.substr(0, strLink.rfind('/') + 1) + strTarget;
+    std::vector<std::string> vecParts;
+    size_t at = 0;
+    while (at <= strJoined.size()) {
+        const size_t next = std::min(strJoined.find('/', at), strJoined.size());
+        const std::string part = strJoined.substr(at, next - at);
+        if (part == "..") {
+            if (!vecParts.empty())
+                vecParts.pop_back();
+        } else if (!part.empty() && part != ".") {
+            vecParts.push_back(part);
+        }
+        at = next + 1;
+    }
+    std::string strOut;
+    for (const std::string &part : vecParts)
+        strOut += "/" + part;
+    return strOut;
+}
+
 void SysfsTreeBuilder::build(UsbRootItem *pRoot)
 {
+    // PCI host controllers (class 0x0c03xx) in address order.
     const std::string strPci = "/sys/bus/pci/devices";
     std::vector<std::string> vecDevices;
-    if (!m_fs.listDir(strPci, vecDevices))
-        return;
+    m_fs.listDir(strPci, vecDevices);
     std::sort(vecDevices.begin(), vecDevices.end());
-    struct Controller { std::string strAddress, strDir; uint32_t uIds, uSubSys, uRevision, uClass; };
+    struct Controller
+    {
+        std::string strKey, strDir;
+        uint32_t uIds, uSubSys, uRevision, uClass;
+        std::vector<std::string> vecBuses;
+    };
     std::vector<Controller> vecControllers;
     std::map<uint32_t, std::string> mapNames;
+    std::vector<std::string> vecPciReal;
     for (const std::string &strAddress : vecDevices) {
         const std::string strDir = strPci + "/" + strAddress;
         unsigned long uClass = 0, uVendor = 0, uDevice = 0, uSubVendor = 0, uSubDevice = 0, uRevision = 0;
@@ -507,14 +540,42 @@ void SysfsTreeBuilder::build(UsbRootItem *pRoot)
         attrNumber(strDir, "subsystem_device", 16, uSubDevice);
         attrNumber(strDir, "revision", 16, uRevision);
         const uint32_t uIds = uint32_t(((uVendor & 0xFFFF) << 16) | (uDevice & 0xFFFF));
-        vecControllers.push_back({strAddress, strDir, uIds,
-                                  uint32_t(((uSubDevice & 0xFFFF) << 16) | (uSubVendor & 0xFFFF)),
-                                  uint32_t(uRevision & 0xFF), uint32_t(uClass)});
+        Controller c{strAddress, strDir, uIds, uint32_t(((uSubDevice & 0xFFFF) << 16) | (uSubVendor & 0xFFFF)),
+                     uint32_t(uRevision & 0xFF), uint32_t(uClass), {}};
+        m_fs.listDir(strDir, c.vecBuses);
+        vecControllers.push_back(std::move(c));
         mapNames[uIds];
+        const std::string strReal = resolveLink(strDir);
+        if (!strReal.empty())
+            vecPciReal.push_back(strReal);
     }
-    if (vecControllers.empty())
-        return;
-    lookupPciNames(m_fs, mapNames);
+    if (!vecControllers.empty())
+        lookupPciNames(m_fs, mapNames);
+    // Host controllers that are not PCI devices (platform and virtual ones):
+    // the parents of the root hubs the USB bus lists, grouped by parent.
+    std::vector<std::string> vecUsb;
+    m_fs.listDir("/sys/bus/usb/devices", vecUsb);
+    std::sort(vecUsb.begin(), vecUsb.end());
+    std::vector<Controller> vecOthers;
+    for (const std::string &strName : vecUsb) {
+        unsigned long nBus = 0;
+        if (strName.size() <= 3 || strName.compare(0, 3, "usb") != 0 || !parseNumber(strName.substr(3), 10, nBus))
+            continue;
+        const std::string strReal = resolveLink("/sys/bus/usb/devices/" + strName);
+        const size_t slash = strReal.rfind('/');
+        if (strReal.compare(0, 13, "/sys/devices/") != 0 || slash == std::string::npos || slash <= 13)
+            continue;
+        const std::string strParent = strReal.substr(0, slash);
+        if (std::find(vecPciReal.begin(), vecPciReal.end(), strParent) != vecPciReal.end())
+            continue;
+        auto it = std::find_if(vecOthers.begin(), vecOthers.end(), [&](const Controller &c) { return c.strDir == strParent; });
+        if (it == vecOthers.end()) {
+            vecOthers.push_back({strParent.substr(13), strParent, 0, 0, 0, 0, {}});
+            it = vecOthers.end() - 1;
+        }
+        it->vecBuses.push_back(strName);
+    }
+
     ChildAppender list(m_arena, &pRoot->pChildren, nullptr);
     for (const Controller &c : vecControllers) {
         std::string strName = mapNames[c.uIds];
@@ -523,8 +584,11 @@ void SysfsTreeBuilder::build(UsbRootItem *pRoot)
             strName = uIf == 0x00 ? "UHCI" : uIf == 0x10 ? "OHCI" : uIf == 0x20 ? "EHCI" : uIf == 0x30 ? "xHCI" : "USB";
             strName += " Host Controller";
         }
-        addController(list, c.strDir, c.strAddress, strName, c.uIds, c.uSubSys, c.uRevision);
+        addController(list, c.strDir, c.strKey, strName, c.uIds, c.uSubSys, c.uRevision, c.vecBuses);
     }
+    for (const Controller &c : vecOthers)
+        addController(list, c.strDir, c.strKey, "USB Host Controller (" + c.strDir.substr(c.strDir.rfind('/') + 1) + ")",
+                      0, 0, 0, c.vecBuses);
 }
 
 } // namespace

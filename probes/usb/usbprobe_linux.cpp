@@ -50,10 +50,14 @@ QString kernelBuildDate(const QString &strVersion)
 CControllerDriverFacts readControllerDriver(const UsbControllerInfo &controller)
 {
     CControllerDriverFacts facts;
-    const QString strAddress = CUsbTreeDecoder::wideText(controller.pDriverKey);
-    if (strAddress.isEmpty() || strAddress.contains(QLatin1Char('/')) || strAddress.startsWith(QLatin1Char('.')))
+    // The key is a PCI address ("0000:00:14.0") or, for a controller that
+    // is not a PCI device, its path below /sys/devices ("platform/xhci-hcd.0").
+    const QString strKey = CUsbTreeDecoder::wideText(controller.pDriverKey);
+    if (strKey.isEmpty() || strKey.split(QLatin1Char('/')).contains(QStringLiteral("..")))
         return facts;
-    const QString strDevice = LuInterface::sysPath(QStringLiteral("/sys/bus/pci/devices/") + strAddress);
+    const QString strDevice = LuInterface::sysPath(strKey.contains(QLatin1Char('/'))
+                                                       ? QStringLiteral("/sys/devices/") + strKey
+                                                       : QStringLiteral("/sys/bus/pci/devices/") + strKey);
     const QString strTarget = QFileInfo(strDevice + QStringLiteral("/driver")).symLinkTarget();
     if (strTarget.isEmpty())
         return facts; // no driver bound

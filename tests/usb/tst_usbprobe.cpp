@@ -84,6 +84,7 @@ private slots:
     void capturedDriverFacts();
     void controllerWithoutDriver();
     void hubWithEmptyPorts();
+    void platformController();
     void oddSysfs();
     void treeReportOfNullTree();
 };
@@ -299,6 +300,35 @@ void TestUsbProbe::hubWithEmptyPorts()
     QVERIFY(report.contains("Mulit-transaction Capable:    Yes"));
     QVERIFY(report.contains("High speed:    Yes"));
     QVERIFY(report.contains("Hub Power:    Self Power"));
+    VxUsbProbe::destroyTree(pRoot);
+}
+
+void TestUsbProbe::platformController()
+{
+    // A host controller that is no PCI device (here the kernel's dummy_hcd)
+    // is found through the root hub's link on the USB bus.
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString root = dir.path();
+    writeKernel(root, "#1 SMP PREEMPT_DYNAMIC Sun Jan 1 00:00:00 UTC 2011");
+    const QString parent = root + "/sys/devices/platform/dummy_hcd.0";
+    QDir().mkpath(parent);
+    QVERIFY(QFile::link("../../../bus/platform/drivers/dummy_hcd", parent + "/driver"));
+    UsbSysroot::addRootHub(parent, 3, 1);
+    QDir().mkpath(root + "/sys/bus/usb/devices");
+    QVERIFY(QFile::link("../../../devices/platform/dummy_hcd.0/usb3", root + "/sys/bus/usb/devices/usb3"));
+    qputenv("VETRIX_SYSROOT", root.toLocal8Bit());
+    VxUsbProbe::setLibraryPath(kLibrary);
+    CUSBControllerDriverInfo info;
+    UsbRootItem *pRoot = nullptr;
+    VxUsbProbe::usbDriverCheck(info, &pRoot);
+    QVERIFY(pRoot);
+    QCOMPARE(info.driverDesc, QString("USB Host Controller (dummy_hcd.0) (dummy_hcd)"));
+    QCOMPARE(info.driverDate, QString("1-1-2011"));
+    QCOMPARE(info.bNormal, 0);
+    const QStringList report = VxUsbProbe::treeReportLines(pRoot);
+    QVERIFY(report.contains("DriverKey:    platform/dummy_hcd.0"));
+    QVERIFY(report.contains("Root Hub:    usb3"));
     VxUsbProbe::destroyTree(pRoot);
 }
 
