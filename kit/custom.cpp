@@ -301,7 +301,13 @@ QString getSaveFileName(QWidget *pParent, const QString &strCaption, const QStri
     if (dialog.exec() != QDialog::Accepted)
         return QString();
     const QStringList listFiles = dialog.selectedFiles();
-    return listFiles.isEmpty() ? QString() : QFileInfo(listFiles.first()).absoluteFilePath();
+    if (listFiles.isEmpty() || listFiles.first().isEmpty())
+        return QString();
+    QString strPath = QFileInfo(listFiles.first()).absoluteFilePath();
+    // Native dialogs do not all honour the default suffix.
+    if (!strBare.isEmpty() && QFileInfo(strPath).suffix().isEmpty())
+        strPath += QLatin1Char('.') + strBare;
+    return strPath;
 }
 
 QPixmap loadPixmap(const QString &strPath, qreal dDevicePixelRatio)
