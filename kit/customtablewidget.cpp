@@ -16,7 +16,6 @@ CustomTableWidget::CustomTableWidget(QWidget *pParent)
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setFocusPolicy(Qt::NoFocus);
     setFrameShape(QFrame::NoFrame);
     cUpdateStyle();
 }

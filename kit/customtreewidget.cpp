@@ -8,7 +8,6 @@ CustomTreeWidget::CustomTreeWidget(QWidget *pParent)
     : QTreeWidget(pParent)
     , CustomObject(this)
 {
-    setFocusPolicy(Qt::NoFocus);
     setFrameShape(QFrame::NoFrame);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     header()->setHighlightSections(false);
