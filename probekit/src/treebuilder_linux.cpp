@@ -1,16 +1,17 @@
-// The USB tree from Linux sysfs: PCI USB host controllers (class 0x0c03xx),
-// their root hubs usbN, and below each hub one node per port: the device
-// directory B-P[.P...] when something is connected, an empty port otherwise.
-// Paths are built from names; the walk follows no links except the PCI
-// device links it starts from.
+// The USB tree from Linux sysfs: USB host controllers (PCI class 0x0c03xx,
+// and others through their root hubs' links on the USB bus), their root hubs
+// usbN, and below each hub one node per port: the device directory
+// B-P[.P...] when something is connected, an empty port otherwise. Paths are
+// built from names; the walk follows no links but the controller links it
+// starts from.
 #include "treebuilder.h"
 
 #include "fssource.h"
 #include "idsfile.h"
+#include "sysfsdevice.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <vector>
@@ -19,373 +20,28 @@ namespace probekit {
 
 namespace {
 
-constexpr size_t kMaxAttrBytes = 4096;
-constexpr unsigned kMaxPipes = 32;
-
-std::string trimmed(std::string s)
-{
-    while (!s.empty() && (s.back() == '\n' || s.back() == '\r' || s.back() == ' ' || s.back() == '\0'))
-        s.pop_back();
-    return s;
-}
-
-bool parseNumber(const std::string &strText, int nBase, unsigned long &uOut)
-{
-    const std::string s = trimmed(strText);
-    if (s.empty() || s.size() > 20)
-        return false;
-    char *pEnd = nullptr;
-    const unsigned long v = std::strtoul(s.c_str(), &pEnd, nBase);
-    if (!pEnd || *pEnd != '\0' || s[0] == '-')
-        return false;
-    uOut = v;
-    return true;
-}
-
-uint16_t le16(const uint8_t *p)
-{
-    return uint16_t(p[0] | (p[1] << 8));
-}
-
-// Speed attribute (Mbit/s) to the speed code.
-uint8_t speedCode(const std::string &strSpeed)
-{
-    const std::string s = trimmed(strSpeed);
-    if (s == "1.5")
-        return UsbSpeedLow;
-    if (s == "12")
-        return UsbSpeedFull;
-    if (s == "480")
-        return UsbSpeedHigh;
-    unsigned long v = 0;
-    if (parseNumber(s, 10, v) && v >= 5000)
-        return UsbSpeedSuper;
-    return UsbSpeedFull;
-}
-
-std::string bcdVersion(uint16_t bcd)
-{
-    char buf[16];
-    std::snprintf(buf, sizeof buf, "USB %u.%u", unsigned(bcd >> 8) & 0xFF, unsigned(bcd >> 4) & 0xF);
-    return buf;
-}
-
-// What one USB device directory tells about the device.
-struct DeviceFacts
-{
-    std::string strDir;  // "/sys/devices/.../1-1"
-    std::string strName; // "1-1" or "usb1"
-    std::string strDescriptors;
-    bool bHaveDd = false;
-    UsbDeviceDescriptor dd{};
-    const uint8_t *pConfig = nullptr; // active configuration inside strDescriptors
-    size_t nConfig = 0;
-    uint8_t uSpeed = UsbSpeedFull;
-    uint16_t uDevNum = 0;
-    uint8_t uConfigValue = 0;
-    unsigned nPorts = 0;
-    bool bHub = false;
-    std::map<unsigned, unsigned> mapAltSetting;     // interface -> current alternate setting
-    std::vector<std::pair<uint32_t, std::string>> vecStrings; // index -> text
-};
-
 class SysfsTreeBuilder
 {
 public:
     SysfsTreeBuilder(FsSource &fs, Arena &arena)
-        : m_fs(fs), m_arena(arena)
+        : m_fs(fs), m_arena(arena), m_reader(fs, arena)
     {
     }
     void build(UsbRootItem *pRoot);
 
 private:
-    std::string attr(const std::string &strDir, const char *pName)
-    {
-        std::string s;
-        m_fs.readFile(strDir + "/" + pName, s, kMaxAttrBytes);
-        return trimmed(s);
-    }
-    bool attrNumber(const std::string &strDir, const char *pName, int nBase, unsigned long &uOut)
-    {
-        std::string s;
-        return m_fs.readFile(strDir + "/" + pName, s, kMaxAttrBytes) && parseNumber(s, nBase, uOut);
-    }
-    void readDevice(DeviceFacts &facts, bool bRootHub);
     void addController(ChildAppender &list, const std::string &strDir, const std::string &strKey,
                        const std::string &strName, uint32_t uIds, uint32_t uSubSys, uint32_t uRevision,
                        const std::vector<std::string> &vecBusNames);
     std::string resolveLink(const std::string &strLink);
     void addHubPorts(UsbTreeItem *pHubItem, const DeviceFacts &hub, int nDepth);
-    UsbHubNodeInfo *makeHubInfo(const DeviceFacts &facts, bool bRootHub);
-    UsbPortConnectionInfo *makeConnectionInfo(const DeviceFacts *pFacts, unsigned nPort);
-    UsbDescriptorRequest *makeConfigRequest(const DeviceFacts &facts, unsigned nPort);
-    UsbStringDescriptorNode *makeStrings(const DeviceFacts &facts);
     bool countNode() { return ++m_nNodes <= kMaxNodes; }
 
     FsSource &m_fs;
     Arena &m_arena;
+    SysfsDeviceReader m_reader;
     unsigned m_nNodes = 0;
 };
-
-void SysfsTreeBuilder::readDevice(DeviceFacts &f, bool bRootHub)
-{
-    const std::string &d = f.strDir;
-    m_fs.readFile(d + "/descriptors", f.strDescriptors, kMaxDescriptorBytes);
-    const auto *p = reinterpret_cast<const uint8_t *>(f.strDescriptors.data());
-    const size_t n = f.strDescriptors.size();
-    if (n >= sizeof(UsbDeviceDescriptor)) {
-        std::memcpy(&f.dd, p, sizeof f.dd);
-        f.bHaveDd = true;
-    }
-    unsigned long v = 0;
-    if (attrNumber(d, "bConfigurationValue", 10, v) && v <= 255)
-        f.uConfigValue = uint8_t(v);
-    // The configurations follow the device descriptor, each wTotalLength long.
-    size_t pos = sizeof(UsbDeviceDescriptor);
-    const uint8_t *pFirst = nullptr;
-    size_t nFirst = 0;
-    while (pos + 4 <= n) {
-        const size_t nTotal = le16(p + pos + 2);
-        if (nTotal < 4 || p[pos + 1] != 2)
-            break;
-        const size_t nHave = std::min(nTotal, n - pos);
-        if (!pFirst) {
-            pFirst = p + pos;
-            nFirst = nHave;
-        }
-        if (nHave >= 6 && p[pos + 5] == f.uConfigValue) {
-            f.pConfig = p + pos;
-            f.nConfig = nHave;
-            break;
-        }
-        pos += nHave;
-    }
-    if (!f.pConfig) {
-        f.pConfig = pFirst;
-        f.nConfig = nFirst;
-    }
-    if (!f.pConfig && n > sizeof(UsbDeviceDescriptor)) { // odd data: hand it over as it is
-        f.pConfig = p + sizeof(UsbDeviceDescriptor);
-        f.nConfig = n - sizeof(UsbDeviceDescriptor);
-    }
-
-    f.uSpeed = speedCode(attr(d, "speed"));
-    if (attrNumber(d, "devnum", 10, v) && v <= 0xFFFF)
-        f.uDevNum = uint16_t(v);
-    f.bHub = bRootHub || (f.bHaveDd && f.dd.bDeviceClass == 9);
-    if (f.bHub && attrNumber(d, "maxchild", 10, v))
-        f.nPorts = unsigned(std::min<unsigned long>(v, kMaxPorts));
-    if (f.bHub && f.nPorts == 0 && attr(d, "maxchild").empty()) {
-        // No maxchild: count the port entries of the hub interface instead.
-        std::vector<std::string> vecNames;
-        const std::string strIf = d + "/" + (bRootHub ? f.strName.substr(3) + "-0" : f.strName) + ":"
-                                  + std::to_string(f.uConfigValue ? f.uConfigValue : 1) + ".0";
-        if (m_fs.listDir(strIf, vecNames))
-            for (const std::string &e : vecNames) {
-                const size_t at = e.rfind("-port");
-                if (at != std::string::npos && parseNumber(e.substr(at + 5), 10, v))
-                    f.nPorts = std::max(f.nPorts, unsigned(std::min<unsigned long>(v, kMaxPorts)));
-            }
-    }
-
-    if (f.bHaveDd) {
-        const struct { uint8_t idx; const char *name; } kStrings[] = {
-            {f.dd.iManufacturer, "manufacturer"}, {f.dd.iProduct, "product"}, {f.dd.iSerialNumber, "serial"}};
-        for (const auto &s : kStrings)
-            if (s.idx != 0) {
-                std::string text;
-                if (m_fs.readFile(d + "/" + s.name, text, kMaxAttrBytes))
-                    f.vecStrings.emplace_back(s.idx, trimmed(text));
-            }
-    }
-    // Walk the active configuration (stride bLength) for its string and the
-    // current alternate settings of its interfaces.
-    if (f.pConfig && f.nConfig >= 9 && f.pConfig[1] == 2) {
-        if (f.pConfig[6] != 0) {
-            std::string text;
-            if (m_fs.readFile(d + "/configuration", text, kMaxAttrBytes))
-                f.vecStrings.emplace_back(f.pConfig[6], trimmed(text));
-        }
-        const std::string strIfBase = d + "/" + (bRootHub ? f.strName.substr(3) + "-0" : f.strName) + ":"
-                                      + std::to_string(f.pConfig[5]) + ".";
-        std::vector<unsigned> vecAlternates;
-        size_t at = 0;
-        while (at + 2 <= f.nConfig) {
-            const uint8_t len = f.pConfig[at];
-            if (len < 2 || at + len > f.nConfig)
-                break;
-            if (f.pConfig[at + 1] == 4 && len >= 9) {
-                // Interfaces with alternate settings: the current one is in sysfs.
-                const unsigned nIf = f.pConfig[at + 2];
-                if (f.pConfig[at + 3] != 0)
-                    vecAlternates.push_back(nIf);
-                f.mapAltSetting.emplace(nIf, 0u);
-            }
-            at += len;
-        }
-        for (const unsigned nIf : vecAlternates) {
-            unsigned long alt = 0;
-            if (attrNumber(strIfBase + std::to_string(nIf), "bAlternateSetting", 10, alt) && alt < 256)
-                f.mapAltSetting[nIf] = unsigned(alt);
-        }
-        // Interface strings of the current settings.
-        at = 0;
-        while (at + 2 <= f.nConfig) {
-            const uint8_t len = f.pConfig[at];
-            if (len < 2 || at + len > f.nConfig)
-                break;
-            if (f.pConfig[at + 1] == 4 && len >= 9 && f.pConfig[at + 8] != 0) {
-                const unsigned nIf = f.pConfig[at + 2];
-                auto it = f.mapAltSetting.find(nIf);
-                if (it != f.mapAltSetting.end() && it->second == f.pConfig[at + 3]) {
-                    std::string text;
-                    if (m_fs.readFile(strIfBase + std::to_string(nIf) + "/interface", text, kMaxAttrBytes))
-                        f.vecStrings.emplace_back(f.pConfig[at + 8], trimmed(text));
-                }
-            }
-            at += len;
-        }
-    }
-}
-
-UsbStringDescriptorNode *SysfsTreeBuilder::makeStrings(const DeviceFacts &f)
-{
-    UsbStringDescriptorNode *pHead = nullptr;
-    UsbStringDescriptorNode **ppNext = &pHead;
-    for (const auto &entry : f.vecStrings) {
-        bool bDuplicate = false;
-        for (UsbStringDescriptorNode *q = pHead; q; q = q->pNext)
-            bDuplicate = bDuplicate || q->DescriptorIndex == entry.first;
-        if (bDuplicate)
-            continue;
-        UsbStringDescriptorNode *pNode = makeStringDescriptor(m_arena, entry.first, entry.second);
-        if (!pNode)
-            break;
-        *ppNext = pNode;
-        ppNext = &pNode->pNext;
-    }
-    return pHead;
-}
-
-UsbPortConnectionInfo *SysfsTreeBuilder::makeConnectionInfo(const DeviceFacts *f, unsigned nPort)
-{
-    // Open pipes: the endpoints of the current settings of the active configuration.
-    std::vector<UsbEndpointDescriptor> vecPipes;
-    if (f && f->pConfig) {
-        int nIf = -1, nAlt = -1;
-        size_t at = 0;
-        while (at + 2 <= f->nConfig && vecPipes.size() < kMaxPipes) {
-            const uint8_t len = f->pConfig[at];
-            if (len < 2 || at + len > f->nConfig)
-                break;
-            const uint8_t type = f->pConfig[at + 1];
-            if (type == 4 && len >= 9) {
-                nIf = f->pConfig[at + 2];
-                nAlt = f->pConfig[at + 3];
-            } else if (type == 5 && len >= 7 && nIf >= 0) {
-                auto it = f->mapAltSetting.find(unsigned(nIf));
-                if (it != f->mapAltSetting.end() && int(it->second) == nAlt) {
-                    UsbEndpointDescriptor ep;
-                    std::memcpy(&ep, f->pConfig + at, sizeof ep);
-                    ep.bLength = 7;
-                    vecPipes.push_back(ep);
-                }
-            }
-            at += len;
-        }
-    }
-    const size_t nPipeSlots = vecPipes.empty() ? 1 : vecPipes.size();
-    auto *pInfo = static_cast<UsbPortConnectionInfo *>(
-        m_arena.alloc(offsetof(UsbPortConnectionInfo, PipeList) + nPipeSlots * sizeof(UsbPipeInfo)));
-    if (!pInfo)
-        return nullptr;
-    pInfo->ConnectionIndex = nPort;
-    if (!f)
-        return pInfo; // empty port: everything 0, status NoDeviceConnected
-    if (f->bHaveDd)
-        pInfo->DeviceDescriptor = f->dd;
-    pInfo->CurrentConfigurationValue = f->uConfigValue;
-    pInfo->Speed = f->uSpeed;
-    pInfo->DeviceIsHub = f->bHub ? 1 : 0;
-    pInfo->DeviceAddress = f->uDevNum;
-    pInfo->NumberOfOpenPipes = uint32_t(vecPipes.size());
-    pInfo->ConnectionStatus = UsbDeviceConnected;
-    for (size_t i = 0; i < vecPipes.size(); ++i) {
-        UsbPipeInfo pipe{};
-        pipe.EndpointDescriptor = vecPipes[i];
-        std::memcpy(reinterpret_cast<uint8_t *>(pInfo->PipeList) + i * sizeof(UsbPipeInfo), &pipe, sizeof pipe);
-    }
-    return pInfo;
-}
-
-UsbDescriptorRequest *SysfsTreeBuilder::makeConfigRequest(const DeviceFacts &f, unsigned nPort)
-{
-    if (!f.pConfig || f.nConfig == 0)
-        return nullptr;
-    const size_t nBytes = std::min<size_t>(f.nConfig, 0xFFFF);
-    auto *pReq = static_cast<UsbDescriptorRequest *>(m_arena.alloc(offsetof(UsbDescriptorRequest, Data) + nBytes));
-    if (!pReq)
-        return nullptr;
-    pReq->ConnectionIndex = nPort;
-    pReq->SetupPacket.bmRequest = 0x80;
-    pReq->SetupPacket.bRequest = 6; // GET_DESCRIPTOR
-    pReq->SetupPacket.wValue = uint16_t(2 << 8);
-    pReq->SetupPacket.wLength = uint16_t(nBytes);
-    std::memcpy(pReq->Data, f.pConfig, nBytes);
-    return pReq;
-}
-
-UsbHubNodeInfo *SysfsTreeBuilder::makeHubInfo(const DeviceFacts &f, bool bRootHub)
-{
-    auto *pInfo = m_arena.make<UsbHubNodeInfo>();
-    auto *pBlock = m_arena.make<UsbHubInformationBlock>();
-    auto *pCapsEx = m_arena.make<UsbHubCapabilitiesEx>();
-    auto *pCaps = m_arena.make<UsbHubCapabilities>();
-    if (!pInfo || !pBlock || !pCapsEx || !pCaps)
-        return nullptr;
-    pInfo->Kind = bRootHub ? UsbNodeRootHub : UsbNodeExternalHub;
-    pInfo->pHubName = m_arena.wide(f.strName);
-    const bool bSuper = f.bHaveDd && f.dd.bcdUSB >= 0x0300;
-    UsbHubDescriptor &hd = pBlock->HubDescriptor;
-    hd.bDescriptorType = bSuper ? 0x2A : 0x29;
-    hd.bNumberOfPorts = uint8_t(f.nPorts);
-    hd.bDescriptorLength = uint8_t(bSuper ? 12 : 7 + 2 * ((f.nPorts + 8) / 8));
-    pInfo->uHubFieldsKnown = UsbHubFieldPorts;
-    if (f.pConfig && f.nConfig >= 9) {
-        pBlock->HubIsBusPowered = (f.pConfig[7] & 0x40) ? 0 : 1;
-        pInfo->uHubFieldsKnown |= UsbHubFieldBusPowered;
-    }
-    pInfo->pHubInfo = pBlock;
-
-    uint32_t uFlags = 0;
-    if (f.bHaveDd && f.dd.bcdUSB >= 0x0200)
-        uFlags |= 0x01; // high speed capable
-    if (f.uSpeed == UsbSpeedHigh)
-        uFlags |= 0x02;
-    if (f.bHaveDd && f.dd.bDeviceProtocol == 2) {
-        uFlags |= 0x04; // multi-TT capable; on when the hub interface runs its multi-TT setting
-        auto it = f.mapAltSetting.find(0);
-        size_t at = 0;
-        while (f.pConfig && at + 9 <= f.nConfig && it != f.mapAltSetting.end()) {
-            const uint8_t len = f.pConfig[at];
-            if (len < 2)
-                break;
-            if (f.pConfig[at + 1] == 4 && f.pConfig[at + 2] == 0 && f.pConfig[at + 3] == it->second
-                && f.pConfig[at + 7] == 2)
-                uFlags |= 0x08;
-            at += len;
-        }
-    }
-    if (bRootHub)
-        uFlags |= 0x10;
-    if (attr(f.strDir, "power/wakeup") == "enabled")
-        uFlags |= 0x20;
-    pCapsEx->CapabilityFlags = uFlags;
-    pCaps->CapabilityFlags = (uFlags & 0x01) ? 1 : 0;
-    pInfo->pHubCapsEx = pCapsEx;
-    pInfo->pHubCaps = pCaps;
-    return pInfo;
-}
 
 void SysfsTreeBuilder::addHubPorts(UsbTreeItem *pHubItem, const DeviceFacts &hub, int nDepth)
 {
@@ -403,11 +59,11 @@ void SysfsTreeBuilder::addHubPorts(UsbTreeItem *pHubItem, const DeviceFacts &hub
             if (!pInfo)
                 return;
             pInfo->Kind = UsbNodeDevice;
-            pInfo->pConnectionInfo = makeConnectionInfo(nullptr, nPort);
+            pInfo->pConnectionInfo = m_reader.makeConnectionInfo(nullptr, nPort);
             list.add("[Port" + std::to_string(nPort) + "] NoDeviceConnected", pInfo);
             continue;
         }
-        readDevice(f, false);
+        m_reader.readDevice(f, false);
         std::string strProduct;
         for (const auto &s : f.vecStrings)
             if (f.bHaveDd && s.first == f.dd.iProduct)
@@ -420,12 +76,12 @@ void SysfsTreeBuilder::addHubPorts(UsbTreeItem *pHubItem, const DeviceFacts &hub
         }
         const std::string strName = "[Port" + std::to_string(nPort) + "] DeviceConnected : " + strProduct;
         if (f.bHub && nDepth < kMaxHubDepth) {
-            UsbHubNodeInfo *pInfo = makeHubInfo(f, false);
+            UsbHubNodeInfo *pInfo = m_reader.makeHubInfo(f, false);
             if (!pInfo)
                 return;
-            pInfo->pConnectionInfo = makeConnectionInfo(&f, nPort);
-            pInfo->pConfigDesc = makeConfigRequest(f, nPort);
-            pInfo->pStringDescs = makeStrings(f);
+            pInfo->pConnectionInfo = m_reader.makeConnectionInfo(&f, nPort);
+            pInfo->pConfigDesc = m_reader.makeConfigRequest(f, nPort);
+            pInfo->pStringDescs = m_reader.makeStrings(f);
             if (UsbTreeItem *pItem = list.add(strName, pInfo))
                 addHubPorts(pItem, f, nDepth + 1);
         } else {
@@ -433,9 +89,9 @@ void SysfsTreeBuilder::addHubPorts(UsbTreeItem *pHubItem, const DeviceFacts &hub
             if (!pInfo)
                 return;
             pInfo->Kind = UsbNodeDevice;
-            pInfo->pConnectionInfo = makeConnectionInfo(&f, nPort);
-            pInfo->pConfigDesc = makeConfigRequest(f, nPort);
-            pInfo->pStringDescs = makeStrings(f);
+            pInfo->pConnectionInfo = m_reader.makeConnectionInfo(&f, nPort);
+            pInfo->pConfigDesc = m_reader.makeConfigRequest(f, nPort);
+            pInfo->pStringDescs = m_reader.makeStrings(f);
             list.add(strName, pInfo);
         }
     }
@@ -475,8 +131,8 @@ void SysfsTreeBuilder::addController(ChildAppender &list, const std::string &str
         DeviceFacts f;
         f.strName = bus.second;
         f.strDir = strDir + "/" + bus.second;
-        readDevice(f, true);
-        UsbHubNodeInfo *pHub = makeHubInfo(f, true);
+        m_reader.readDevice(f, true);
+        UsbHubNodeInfo *pHub = m_reader.makeHubInfo(f, true);
         if (!pHub)
             return;
         std::string strHubName = "Root Hub " + f.strName;
@@ -532,13 +188,13 @@ void SysfsTreeBuilder::build(UsbRootItem *pRoot)
     for (const std::string &strAddress : vecDevices) {
         const std::string strDir = strPci + "/" + strAddress;
         unsigned long uClass = 0, uVendor = 0, uDevice = 0, uSubVendor = 0, uSubDevice = 0, uRevision = 0;
-        if (!attrNumber(strDir, "class", 16, uClass) || (uClass >> 8) != 0x0c03)
+        if (!m_reader.attrNumber(strDir, "class", 16, uClass) || (uClass >> 8) != 0x0c03)
             continue;
-        attrNumber(strDir, "vendor", 16, uVendor);
-        attrNumber(strDir, "device", 16, uDevice);
-        attrNumber(strDir, "subsystem_vendor", 16, uSubVendor);
-        attrNumber(strDir, "subsystem_device", 16, uSubDevice);
-        attrNumber(strDir, "revision", 16, uRevision);
+        m_reader.attrNumber(strDir, "vendor", 16, uVendor);
+        m_reader.attrNumber(strDir, "device", 16, uDevice);
+        m_reader.attrNumber(strDir, "subsystem_vendor", 16, uSubVendor);
+        m_reader.attrNumber(strDir, "subsystem_device", 16, uSubDevice);
+        m_reader.attrNumber(strDir, "revision", 16, uRevision);
         const uint32_t uIds = uint32_t(((uVendor & 0xFFFF) << 16) | (uDevice & 0xFFFF));
         Controller c{strAddress, strDir, uIds, uint32_t(((uSubDevice & 0xFFFF) << 16) | (uSubVendor & 0xFFFF)),
                      uint32_t(uRevision & 0xFF), uint32_t(uClass), {}};
