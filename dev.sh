@@ -57,7 +57,7 @@ test)
     # Address and undefined-behaviour sanitizers over every test, then the
     # thread sanitizer over the tests that run threads (label "thread").
     build build-asan -DVX_SANITIZE=address,undefined -DVX_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=Debug
-    ASAN_OPTIONS=detect_leaks=1 LSAN_OPTIONS="suppressions=$PWD/tests/lsan.supp" \
+    ASAN_OPTIONS=detect_leaks=1 LSAN_OPTIONS="suppressions=$PWD/tests/lsan.supp:fast_unwind_on_malloc=0" \
         UBSAN_OPTIONS=print_stacktrace=1 ctest --test-dir build-asan --output-on-failure -j "$(nproc)"
     cmake -S . -B build-tsan -G Ninja -DVX_SANITIZE=thread -DVX_BUILD_BENCH=OFF -DVX_BUILD_GUI=OFF \
         -DCMAKE_BUILD_TYPE=Debug >/dev/null
