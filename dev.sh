@@ -14,6 +14,7 @@ PACKAGES=(
     imagemagick  # tools/screenshot captures the virtual display with import
     # tests: sanitizer runtimes come with g++; network namespaces need iproute2
     iproute2 xvfb xauth
+    desktop-file-utils  # tests/packaging validates the .desktop file
 )
 
 install_missing() {
