@@ -126,6 +126,8 @@ void TestUsbProbe::lastControllerWins_data()
     QTest::addColumn<QString>("expectedDate");
     QTest::addColumn<int>("expectedNormal");
 
+    QTest::addRow("6-21-2006 alone is exceptional") << QStringList({"6-21-2006"}) << "6-21-2006" << 0;
+    QTest::addRow("1-1-2012 alone is normal") << QStringList({"1-1-2012"}) << "1-1-2012" << 1;
     QTest::addRow("2010 then 2015") << QStringList({"1-1-2010", "3-4-2015"}) << "3-4-2015" << 1;
     QTest::addRow("2015 then 2010") << QStringList({"3-4-2015", "1-1-2010"}) << "1-1-2010" << 0;
     QTest::addRow("unreadable then 2015") << QStringList({"-", "3-4-2015"}) << "3-4-2015" << 1;
