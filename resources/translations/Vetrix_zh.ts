@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>QAboutDlg</name>
+    <message>
+        <source>About</source>
+        <translation>关于</translation>
+    </message>
+    <message>
+        <source>Vetrix Tool</source>
+        <translation>Vetrix工具</translation>
+    </message>
+</context>
+<context>
     <name>VxCheckReport</name>
     <message>
         <source>Not available: this check has no probe on this platform.</source>
@@ -18,6 +29,223 @@
     <message>
         <source>Total</source>
         <translation>合计</translation>
+    </message>
+</context>
+<context>
+    <name>VxEnvCheckDlg</name>
+    <message>
+        <source>Environment Variables</source>
+        <translation>环境变量</translation>
+    </message>
+    <message>
+        <source>Exception</source>
+        <translation>异常</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>正常</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Repair</source>
+        <translation>修复</translation>
+    </message>
+    <message>
+        <source>Repairing environment variables...</source>
+        <translation>正在修复环境变量...</translation>
+    </message>
+    <message>
+        <source>Prompt</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>The environment variables were not repaired: administrator rights are needed and were not granted.</source>
+        <translation>环境变量未修复：需要管理员权限，但未获授权。</translation>
+    </message>
+    <message>
+        <source>The environment variables were not repaired: the repair helper (vetrix-helper with pkexec) could not be started.</source>
+        <translation>环境变量未修复：无法启动修复助手（通过pkexec运行的vetrix-helper）。</translation>
+    </message>
+    <message>
+        <source>The environment variables were not repaired: the repair helper refused the values.</source>
+        <translation>环境变量未修复：修复助手拒绝了这些值。</translation>
+    </message>
+    <message>
+        <source>The environment variables could not be written. Nothing was changed.</source>
+        <translation>无法写入环境变量，未做任何更改。</translation>
+    </message>
+    <message>
+        <source>Variable Name</source>
+        <translation>变量名</translation>
+    </message>
+    <message>
+        <source>Variable Value</source>
+        <translation>变量值</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>状态</translation>
+    </message>
+</context>
+<context>
+    <name>VxGrabDumpTool</name>
+    <message>
+        <source>Acquire Dump Files</source>
+        <translation>获取Dump文件</translation>
+    </message>
+    <message>
+        <source>Dump File Saving Path:</source>
+        <translation>Dump文件保存路径：</translation>
+    </message>
+    <message>
+        <source>After program crash or Blue Screen of Death, the tool acquires the Dump files and save the files to the specified saving path.</source>
+        <translation>程序崩溃或蓝屏后，本工具获取Dump文件并保存到指定的保存路径。</translation>
+    </message>
+    <message>
+        <source>No dump files were found. Nothing was copied to %1.</source>
+        <translation>未找到Dump文件，未向%1复制任何文件。</translation>
+    </message>
+    <message>
+        <source>No new dump files were copied to %1.</source>
+        <translation>没有新的Dump文件复制到%1。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n dump file(s) copied to %1.</source>
+        <translation>
+            <numerusform>已将%n个Dump文件复制到%1。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Copied: %1</source>
+        <translation>已复制：%1</translation>
+    </message>
+    <message>
+        <source>Already there, left unchanged: %1</source>
+        <translation>已存在，保持不变：%1</translation>
+    </message>
+    <message>
+        <source>Could not be copied: %1</source>
+        <translation>无法复制：%1</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be created. Please choose another saving path.</source>
+        <translation>无法创建文件夹%1，请选择其他保存路径。</translation>
+    </message>
+</context>
+<context>
+    <name>VxJumbPacketDlg</name>
+    <message>
+        <source>Jumbo Frame Info</source>
+        <translation>巨帧信息</translation>
+    </message>
+    <message>
+        <source>Network Interfaces</source>
+        <translation>网络接口</translation>
+    </message>
+    <message>
+        <source>Enabled. Value: %1 </source>
+        <translation>已启用。值：%1 </translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation>已禁用</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Enable Jumbo Frame for All NICs</source>
+        <translation>为所有网卡启用巨帧</translation>
+    </message>
+    <message>
+        <source>Enabling jumbo frame...</source>
+        <translation>正在启用巨帧...</translation>
+    </message>
+    <message>
+        <source>Prompt</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>Jumbo frames were not enabled: administrator rights are needed and were not granted.</source>
+        <translation>巨帧未启用：需要管理员权限，但未获授权。</translation>
+    </message>
+    <message>
+        <source>Jumbo frames were not enabled: the repair helper (vetrix-helper with pkexec) could not be started.</source>
+        <translation>巨帧未启用：无法启动修复助手（通过pkexec运行的vetrix-helper）。</translation>
+    </message>
+    <message>
+        <source>Jumbo frames were not enabled: the repair helper refused the setting.</source>
+        <translation>巨帧未启用：修复助手拒绝了该设置。</translation>
+    </message>
+    <message>
+        <source>Jumbo frames could not be enabled on every network interface.</source>
+        <translation>无法在所有网络接口上启用巨帧。</translation>
+    </message>
+</context>
+<context>
+    <name>VxMainWindow</name>
+    <message>
+        <source>Vetrix Tool</source>
+        <translation>Vetrix工具</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>帮助</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>语言</translation>
+    </message>
+    <message>
+        <source>User Manual</source>
+        <translation>用户手册</translation>
+    </message>
+    <message>
+        <source>Acquire Dump Files</source>
+        <translation>获取Dump文件</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>关于</translation>
+    </message>
+    <message>
+        <source>Memory: %1%</source>
+        <translation>内存：%1%</translation>
+    </message>
+    <message>
+        <source>CPU: %1%</source>
+        <translation>CPU：%1%</translation>
+    </message>
+</context>
+<context>
+    <name>VxNetRateDlg</name>
+    <message>
+        <source>Unknown</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source>Line Rate</source>
+        <translation>线速</translation>
+    </message>
+    <message>
+        <source>Network Interfaces</source>
+        <translation>网络接口</translation>
+    </message>
+    <message>
+        <source>The line rate of the NIC is lower than 1Gbps. Please check if the NIC, network, or the switch is abnormal.</source>
+        <translation>网卡线速低于1Gbps，请检查网卡、网络或交换机是否异常。</translation>
     </message>
 </context>
 <context>
@@ -125,6 +353,164 @@
     <message>
         <source>Installed</source>
         <translation>已安装</translation>
+    </message>
+    <message>
+        <source>Diagnosis result is exported.</source>
+        <translation>诊断结果已导出。</translation>
+    </message>
+</context>
+<context>
+    <name>VxOneKeyResultTree</name>
+    <message>
+        <source> (%1 Exception(s))</source>
+        <translation>（%1项异常）</translation>
+    </message>
+</context>
+<context>
+    <name>VxOneKeyWidget</name>
+    <message>
+        <source>Diagnosis: %1(%2/%3)</source>
+        <translation>诊断：%1（%2/%3）</translation>
+    </message>
+    <message>
+        <source>Optimization: %1(%2/%3)</source>
+        <translation>优化：%1（%2/%3）</translation>
+    </message>
+    <message>
+        <source>Vetrix Tool</source>
+        <translation>Vetrix工具</translation>
+    </message>
+    <message>
+        <source>Check the PC system, driver, and software running environment.</source>
+        <translation>检查PC系统、驱动及软件运行环境。</translation>
+    </message>
+    <message>
+        <source>Start Diagnosis</source>
+        <translation>开始诊断</translation>
+    </message>
+    <message>
+        <source>Pause Diagnosis</source>
+        <translation>暂停诊断</translation>
+    </message>
+    <message>
+        <source>Stop Diagnosis</source>
+        <translation>停止诊断</translation>
+    </message>
+    <message>
+        <source>Diagnosis paused</source>
+        <translation>诊断已暂停</translation>
+    </message>
+    <message>
+        <source>Continue Diagnosis</source>
+        <translation>继续诊断</translation>
+    </message>
+    <message>
+        <source>Diagnosis aborted.</source>
+        <translation>诊断已中止。</translation>
+    </message>
+    <message>
+        <source>Diagnosis process aborted. Please restart diagnosis.</source>
+        <translation>诊断过程已中止，请重新诊断。</translation>
+    </message>
+    <message>
+        <source>Optimize Diagnosis</source>
+        <translation>一键优化</translation>
+    </message>
+    <message>
+        <source>Diagnose Again</source>
+        <translation>重新诊断</translation>
+    </message>
+    <message>
+        <source>Diagnosis completed.</source>
+        <translation>诊断完成。</translation>
+    </message>
+    <message>
+        <source>%1 items were diagnosed in %2 second(s).</source>
+        <translation>共诊断%1项，用时%2秒。</translation>
+    </message>
+    <message>
+        <source>Pause Optimization</source>
+        <translation>暂停优化</translation>
+    </message>
+    <message>
+        <source>Stop Optimization</source>
+        <translation>停止优化</translation>
+    </message>
+    <message>
+        <source>Optimization paused</source>
+        <translation>优化已暂停</translation>
+    </message>
+    <message>
+        <source>Resume Optimization</source>
+        <translation>继续优化</translation>
+    </message>
+    <message>
+        <source>Optimization stopped.</source>
+        <translation>优化已停止。</translation>
+    </message>
+    <message>
+        <source>%1 exception(s) are detected. Please optimize the system.</source>
+        <translation>检测到%1项异常，请优化系统。</translation>
+    </message>
+    <message>
+        <source>No exception.</source>
+        <translation>无异常。</translation>
+    </message>
+    <message>
+        <source>Complete</source>
+        <translation>完成</translation>
+    </message>
+    <message>
+        <source>Normal: %1 Item(s)</source>
+        <translation>正常：%1项</translation>
+    </message>
+    <message>
+        <source>Serious: %1 Item(s)</source>
+        <translation>严重：%1项</translation>
+    </message>
+    <message>
+        <source>Fatal: %1 Item(s)</source>
+        <translation>致命：%1项</translation>
+    </message>
+    <message>
+        <source>Stop Optimizing...</source>
+        <translation>正在停止优化...</translation>
+    </message>
+    <message>
+        <source>Select File.</source>
+        <translation>请选择文件。</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>The file path is too long.</source>
+        <translation>文件路径过长。</translation>
+    </message>
+    <message>
+        <source>Prompt</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>The file cannot be written.</source>
+        <translation>无法写入文件。</translation>
+    </message>
+    <message>
+        <source>No data</source>
+        <translation>无数据</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>正常</translation>
+    </message>
+    <message>
+        <source>Serious</source>
+        <translation>严重</translation>
+    </message>
+    <message>
+        <source>Fatal</source>
+        <translation>致命</translation>
     </message>
 </context>
 <context>
@@ -235,6 +621,123 @@
     <message>
         <source>Screen Resolution : </source>
         <translation>屏幕分辨率        : </translation>
+    </message>
+</context>
+<context>
+    <name>VxSDKFileClearDlg</name>
+    <message>
+        <source>SDK File Info</source>
+        <translation>SDK文件信息</translation>
+    </message>
+    <message>
+        <source>Clear All</source>
+        <translation>全部清除</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Prompt</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>The SDK files were not cleared: administrator rights are needed and were not granted.</source>
+        <translation>SDK文件未清除：需要管理员权限，但未获授权。</translation>
+    </message>
+    <message>
+        <source>The SDK files were not cleared: the repair helper (vetrix-helper with pkexec) could not be started.</source>
+        <translation>SDK文件未清除：无法启动修复助手（通过pkexec运行的vetrix-helper）。</translation>
+    </message>
+    <message>
+        <source>The SDK files were not cleared: the repair helper refused to delete them.</source>
+        <translation>SDK文件未清除：修复助手拒绝删除这些文件。</translation>
+    </message>
+    <message>
+        <source>The SDK files could not be deleted.</source>
+        <translation>无法删除SDK文件。</translation>
+    </message>
+    <message>
+        <source>SDK files exist in directories such as System32 and SysWow64, which may cause software exception after upgrading software version. Please clear SDK files in directories except the RunningTime directory.</source>
+        <translation>System32、SysWow64等目录中存在SDK文件，升级软件版本后可能导致软件异常。请清除除RunningTime目录以外的目录中的SDK文件。</translation>
+    </message>
+    <message>
+        <source>SDK File</source>
+        <translation>SDK文件</translation>
+    </message>
+    <message>
+        <source>Saving Path</source>
+        <translation>保存路径</translation>
+    </message>
+    <message>
+        <source>Operation</source>
+        <translation>操作</translation>
+    </message>
+</context>
+<context>
+    <name>VxSystemInfoDlg</name>
+    <message>
+        <source>CPU</source>
+        <translation>处理器</translation>
+    </message>
+    <message>
+        <source>CPU Core Number</source>
+        <translation>处理器核心数</translation>
+    </message>
+    <message>
+        <source>Available Memory</source>
+        <translation>可用内存</translation>
+    </message>
+    <message>
+        <source>Endianess</source>
+        <translation>字节序</translation>
+    </message>
+    <message>
+        <source>Operating System</source>
+        <translation>操作系统</translation>
+    </message>
+    <message>
+        <source>Graphic Chipset</source>
+        <translation>显卡芯片组</translation>
+    </message>
+    <message>
+        <source>Screen Resolution</source>
+        <translation>屏幕分辨率</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>System Information</source>
+        <translation>系统信息</translation>
+    </message>
+</context>
+<context>
+    <name>VxUSBDriverDlg</name>
+    <message>
+        <source>Driver Name:</source>
+        <translation>驱动名称：</translation>
+    </message>
+    <message>
+        <source>Driver Provider:</source>
+        <translation>驱动提供商：</translation>
+    </message>
+    <message>
+        <source>Driver&apos;s Latest Update Time:</source>
+        <translation>驱动最近更新时间：</translation>
+    </message>
+    <message>
+        <source>Driver Version:</source>
+        <translation>驱动版本：</translation>
+    </message>
+    <message>
+        <source>The latest update time of the USB controller driver is too early, which may lead to exception when the U3V Vision camera acquires streams. Please update the driver.</source>
+        <translation>USB控制器驱动的最近更新时间过早，可能导致U3V Vision相机取流异常，请更新驱动。</translation>
+    </message>
+    <message>
+        <source>USB Controller Driver Info</source>
+        <translation>USB控制器驱动信息</translation>
     </message>
 </context>
 </TS>
