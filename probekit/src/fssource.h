@@ -22,6 +22,11 @@ public:
     virtual bool listDir(const std::string &strPath, std::vector<std::string> &vecOut) = 0;
     // The target of a symbolic link.
     virtual bool readLink(const std::string &strPath, std::string &strOut) = 0;
+    // A file of a directory; readers call it for many files of one folder.
+    virtual bool readFileIn(const std::string &strDir, const char *pName, std::string &strOut, size_t nMax)
+    {
+        return readFile(strDir + "/" + pName, strOut, nMax);
+    }
 };
 
 // The machine's tree below $VETRIX_SYSROOT (default "/").
@@ -30,15 +35,22 @@ class RealFsSource : public FsSource
 public:
     RealFsSource();
     explicit RealFsSource(const std::string &strRoot);
+    ~RealFsSource() override;
+    RealFsSource(const RealFsSource &) = delete;
+    RealFsSource &operator=(const RealFsSource &) = delete;
     bool readFile(const std::string &strPath, std::string &strOut, size_t nMax) override;
     bool isDir(const std::string &strPath, bool bFollow) override;
     bool listDir(const std::string &strPath, std::vector<std::string> &vecOut) override;
     bool readLink(const std::string &strPath, std::string &strOut) override;
+    // Opens the folder once and the files relative to it (fewer path walks).
+    bool readFileIn(const std::string &strDir, const char *pName, std::string &strOut, size_t nMax) override;
     const std::string &root() const { return m_strRoot; }
 
 private:
     std::string full(const std::string &strPath) const;
     std::string m_strRoot; // without trailing '/'; empty for "/"
+    std::string m_strDir;  // the folder m_nDirFd refers to
+    int m_nDirFd = -1;
 };
 
 } // namespace probekit

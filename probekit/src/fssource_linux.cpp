@@ -35,14 +35,11 @@ std::string RealFsSource::full(const std::string &strPath) const
     return m_strRoot + strPath;
 }
 
-bool RealFsSource::readFile(const std::string &strPath, std::string &strOut, size_t nMax)
+namespace {
+
+// Reads an open file to its end (at most nMax bytes) and closes it.
+bool readAndClose(int fd, std::string &strOut, size_t nMax)
 {
-    strOut.clear();
-    // O_NONBLOCK: a FIFO or device node planted in a fake tree cannot block;
-    // reading a directory fails with EISDIR.
-    const int fd = ::open(full(strPath).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (fd < 0)
-        return false;
     char buf[4096];
     bool ok = true;
     while (strOut.size() < nMax) {
@@ -61,6 +58,42 @@ bool RealFsSource::readFile(const std::string &strPath, std::string &strOut, siz
     }
     ::close(fd);
     return ok;
+}
+
+// O_NONBLOCK: a FIFO or device node planted in a fake tree cannot block;
+// reading a directory fails with EISDIR.
+constexpr int kOpenFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+
+} // namespace
+
+RealFsSource::~RealFsSource()
+{
+    if (m_nDirFd >= 0)
+        ::close(m_nDirFd);
+}
+
+bool RealFsSource::readFile(const std::string &strPath, std::string &strOut, size_t nMax)
+{
+    strOut.clear();
+    const int fd = ::open(full(strPath).c_str(), kOpenFlags);
+    return fd >= 0 && readAndClose(fd, strOut, nMax);
+}
+
+bool RealFsSource::readFileIn(const std::string &strDir, const char *pName, std::string &strOut, size_t nMax)
+{
+    strOut.clear();
+    if (!pName || !*pName || pName[0] == '/')
+        return false;
+    if (m_nDirFd < 0 || strDir != m_strDir) {
+        if (m_nDirFd >= 0)
+            ::close(m_nDirFd);
+        m_strDir = strDir;
+        m_nDirFd = ::open(full(strDir).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    }
+    if (m_nDirFd < 0)
+        return false;
+    const int fd = ::openat(m_nDirFd, pName, kOpenFlags);
+    return fd >= 0 && readAndClose(fd, strOut, nMax);
 }
 
 bool RealFsSource::isDir(const std::string &strPath, bool bFollow)

@@ -70,20 +70,20 @@ std::string bcdVersion(uint16_t bcd)
 std::string SysfsDeviceReader::attr(const std::string &strDir, const char *pName)
 {
     std::string s;
-    m_fs.readFile(strDir + "/" + pName, s, kMaxAttrBytes);
+    m_fs.readFileIn(strDir, pName, s, kMaxAttrBytes);
     return trimmed(s);
 }
 
 bool SysfsDeviceReader::attrNumber(const std::string &strDir, const char *pName, int nBase, unsigned long &uOut)
 {
     std::string s;
-    return m_fs.readFile(strDir + "/" + pName, s, kMaxAttrBytes) && parseNumber(s, nBase, uOut);
+    return m_fs.readFileIn(strDir, pName, s, kMaxAttrBytes) && parseNumber(s, nBase, uOut);
 }
 
 void SysfsDeviceReader::readDevice(DeviceFacts &f, bool bRootHub)
 {
     const std::string &d = f.strDir;
-    m_fs.readFile(d + "/descriptors", f.strDescriptors, kMaxDescriptorBytes);
+    m_fs.readFileIn(d, "descriptors", f.strDescriptors, kMaxDescriptorBytes);
     const auto *p = reinterpret_cast<const uint8_t *>(f.strDescriptors.data());
     const size_t n = f.strDescriptors.size();
     if (n >= sizeof(UsbDeviceDescriptor)) {
@@ -147,7 +147,7 @@ void SysfsDeviceReader::readDevice(DeviceFacts &f, bool bRootHub)
         for (const auto &s : kStrings)
             if (s.idx != 0) {
                 std::string text;
-                if (m_fs.readFile(d + "/" + s.name, text, kMaxAttrBytes))
+                if (m_fs.readFileIn(d, s.name, text, kMaxAttrBytes))
                     f.vecStrings.emplace_back(s.idx, trimmed(text));
             }
     }
@@ -156,7 +156,7 @@ void SysfsDeviceReader::readDevice(DeviceFacts &f, bool bRootHub)
     if (f.pConfig && f.nConfig >= 9 && f.pConfig[1] == 2) {
         if (f.pConfig[6] != 0) {
             std::string text;
-            if (m_fs.readFile(d + "/configuration", text, kMaxAttrBytes))
+            if (m_fs.readFileIn(d, "configuration", text, kMaxAttrBytes))
                 f.vecStrings.emplace_back(f.pConfig[6], trimmed(text));
         }
         const std::string strIfBase = d + "/" + (bRootHub ? f.strName.substr(3) + "-0" : f.strName) + ":"
