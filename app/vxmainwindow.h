@@ -1,0 +1,98 @@
+#pragma once
+
+#include "custommainwindow.h"
+
+#include <QFuture>
+
+#include <atomic>
+
+class CustomMenu;
+class CustomPushButton;
+class QAction;
+class QActionGroup;
+class VxOneKeyWidget;
+
+// The program's only top-level window: the title bar with the File and Help
+// menus and the resource-usage button, and the one-key page as its body.
+// Owns the language switch and refuses to close while a run is in progress.
+class VxMainWindow : public CustomMainWindow
+{
+    Q_OBJECT
+public:
+    // Action data values the menu dispatcher switches on.
+    enum ActionData {
+        ActExport = 0,
+        ActClose = 1,
+        ActEnglish = 2,
+        ActChinese = 3,
+        ActUserManual = 4,
+        ActAbout = 5,
+        ActDumpTool = 6,
+    };
+
+    // Throws std::bad_alloc when the window cannot be built.
+    explicit VxMainWindow(QWidget *pParent = nullptr);
+    ~VxMainWindow() override;
+
+    // Installs ("CH") or removes ("ENG") the four Chinese translators.
+    // False when a translation file cannot be loaded: then nothing changes.
+    static bool switchLanguage(const QString &strLanguage);
+
+    VxOneKeyWidget *page() const { return m_pPage; }
+    QAction *action(int nData) const;
+    QAction *memoryAction() const { return m_pMemoryAction; }
+    QAction *cpuAction() const { return m_pCpuAction; }
+    CustomPushButton *resourceButton() const { return m_pResourceButton; }
+    // The user manual's URL text for the current language, with its topic.
+    static QString userManualUrl(QString *pStartPage = nullptr);
+
+signals:
+    void SigUpdateMemoryUsage(float fMem);
+    void SigUpdateCPUUsage(float fCpu);
+
+public slots:
+    void OnMenuActionTriggered(QAction *pAction);
+    void onSigExportEnable(bool bEnable);
+    void onSigUpdateMemoryUsage(float fMem);
+    void onSigUpdateCPUUsage(float fCPU);
+    void OnShowMemCpuDlg();
+
+protected:
+    bool eventFilter(QObject *pObject, QEvent *pEvent) override;
+    void customEvent(QEvent *pEvent) override;
+    void closeEvent(QCloseEvent *pEvent) override;
+    void changeEvent(QEvent *pEvent) override;
+    // Opens the About box and the dump tool; virtual so tests can stand in.
+    virtual void openAbout();
+    virtual void openDumpTool();
+
+private:
+    bool init();
+    bool buildMenus();
+    void retranslate();
+    void setLanguageMarks(bool bEnglish);
+    void openUserManual();
+    void ResourceUsageLoop();
+
+    VxOneKeyWidget *m_pPage = nullptr;
+    CustomMenu *m_pFileMenu = nullptr;
+    CustomMenu *m_pHelpMenu = nullptr;
+    CustomMenu *m_pLangMenu = nullptr;
+    CustomMenu *m_pResourceMenu = nullptr;
+    QActionGroup *m_pActionGroup = nullptr;
+    CustomPushButton *m_pResourceButton = nullptr;
+    CustomPushButton *m_pFileButton = nullptr;
+    CustomPushButton *m_pHelpButton = nullptr;
+    QAction *m_pExportAction = nullptr;
+    QAction *m_pEngAction = nullptr;
+    QAction *m_pChAction = nullptr;
+    QAction *m_pUserDocAction = nullptr;
+    QAction *m_pAboutAction = nullptr;
+    QAction *m_pDumpAction = nullptr;
+    QAction *m_pMemoryAction = nullptr;
+    QAction *m_pCpuAction = nullptr;
+    std::atomic<bool> m_bRunning{false};
+    QFuture<void> m_resourceLoop;
+    QString m_strMemoryValue = QStringLiteral("--");
+    QString m_strCpuValue = QStringLiteral("--");
+};

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "customtreewidget.h"
+
+#include <QMap>
+
+class CDetectInfo;
+class CustomPushButton;
+class QTreeWidgetItem;
+
+// Lists a one-key detection by group: one row per group with its exception
+// counter, one row per item with its grade icon and action button, and the
+// item's text lines below it. The records belong to the operate thread.
+class VxOneKeyResultTree : public CustomTreeWidget
+{
+    Q_OBJECT
+public:
+    enum Role {
+        RoleItemId = Qt::UserRole + 1,   // item id on item rows, -1 on group rows
+        RoleGroup = Qt::UserRole + 2,    // group bit on group rows, -1 on item rows
+        RoleSeverity = Qt::UserRole + 4, // 0 normal, 1 medium, 2 serious
+        RoleLine = Qt::UserRole + 5,     // true on an item's text-line rows
+    };
+
+    // Throws std::bad_alloc when the tree cannot be built.
+    explicit VxOneKeyResultTree(QWidget *pParent = nullptr);
+
+    // Shows the record's outcome on its item's row (the row keeps the record).
+    void updateItem(CDetectInfo *pInfo);
+    // Re-reads the row's record: button text and state, grade, icon, lines
+    // and the group's exception counter.
+    void refreshItem(CDetectInfo *pInfo);
+    // Back to the undiagnosed look: no records, no grades, no lines.
+    void clearResults();
+
+    int countOfSeverity(int nSeverity) const;
+    QTreeWidgetItem *itemRow(int nItem) const;
+    QTreeWidgetItem *groupRow(int nGroup) const;
+    CustomPushButton *button(int nItem) const;
+    CDetectInfo *record(int nItem) const;
+
+    // The export log of the diagnosed rows (CR LF).
+    QString logText() const;
+
+signals:
+    void sigRemoveOptimizeItem(int nItem);
+
+public slots:
+    void onDealWithBtnClicked();
+
+protected:
+    void changeEvent(QEvent *pEvent) override;
+
+    // What a row's button does, by item; each returns after its dialog or
+    // installation has finished. Virtual so tests can stand in for dialogs.
+    virtual void openSdkFileDialog(CDetectInfo *pInfo);
+    virtual void openEnvDialog(CDetectInfo *pInfo);
+    virtual void installDriver(CDetectInfo *pInfo);
+    virtual void openUsbDriverDialog(CDetectInfo *pInfo);
+    virtual void openLineRateDialog(CDetectInfo *pInfo);
+    virtual void openJumboDialog(CDetectInfo *pInfo);
+    virtual void openUsbTreeDialog(CDetectInfo *pInfo);
+    virtual void openSystemInfo(CDetectInfo *pInfo);
+
+private:
+    bool init();
+    CustomPushButton *buttonFor(int nItem);
+    void setItemLines(QTreeWidgetItem *pRow, const QStringList &listLines);
+    void updateGroupCounter(int nGroup);
+    void retranslate();
+
+    QMap<int, CustomPushButton *> m_mapButtons;
+    QMap<int, QTreeWidgetItem *> m_mapItemRows;
+    QMap<int, QTreeWidgetItem *> m_mapGroupRows;
+    QMap<int, CDetectInfo *> m_mapRecords;
+};
