@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+
+class CDetectInfo;
+class QWidget;
+
+// Runs one detection or one repair of selected items on a fresh
+// VxOperateThread and blocks the caller until it ends, keeping the GUI alive
+// (the event loop is pumped while the thread runs). A modal loading box with
+// loadingText is shown meanwhile; an empty text shows no box. Call run() on
+// the GUI thread.
+//
+//   VxOperateRunner runner(false, 256, this, tr("Enabling jumbo frame..."), {{256, pInfo}});
+//   runner.run();   // pInfo now holds the repaired state
+//
+// Repair (bIsDetecting false): itemType is the optimization mask; the thread
+// works on the records in items, which stay the caller's.
+// Detection (bIsDetecting true): itemType is the detection mask; records in
+// items for those ids are filled in place, records the thread had to create
+// for ids missing from items are handed over in items() afterwards and then
+// belong to the caller.
+// The thread calls the probes of VxDialogProbes::table(); the items must not
+// be touched by anything else until run() returns.
+class VxOperateRunner
+{
+public:
+    VxOperateRunner() = default;
+    VxOperateRunner(bool bIsDetecting, int nItemType, QWidget *pParent, const QString &strLoadingText,
+                    const QMap<int, CDetectInfo *> &mapItems);
+
+    void run();
+
+    // After run(): the records of the pass (see above).
+    const QMap<int, CDetectInfo *> &items() const { return mapItems; }
+
+    bool bIsDetecting = true;
+    int nItemType = 0;
+    QWidget *pParent = nullptr;
+    QString strLoadingText;
+    QMap<int, CDetectInfo *> mapItems;
+};
