@@ -8,6 +8,7 @@
 #include "vxresulttext.h"
 
 #include <QEvent>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QIcon>
 
@@ -69,8 +70,10 @@ bool VxOneKeyResultTree::init()
             auto *pCell = new (std::nothrow) QWidget(this);
             if (!pCell)
                 return false;
-            pButton->setParent(pCell);
-            pButton->move(0, (COnekeyResultDelegate::kItemRowHeight - pButton->height()) / 2);
+            auto *pCellLayout = new QHBoxLayout(pCell);
+            pCellLayout->setContentsMargins(0, 0, 24, 0);
+            pCellLayout->addStretch();
+            pCellLayout->addWidget(pButton, 0, Qt::AlignVCenter);
             pCell->setFixedHeight(COnekeyResultDelegate::kItemRowHeight);
             setItemWidget(pRow, 1, pCell);
         }
@@ -88,6 +91,8 @@ CustomPushButton *VxOneKeyResultTree::buttonFor(int nItem)
     if (!pButton)
         return nullptr;
     pButton->cSetButtonStyle(CustomPushButton::Secondary);
+    // The longest texts ("Check and Upgrade") must fit the fixed 120 px.
+    pButton->setStyleSheet(QStringLiteral("QPushButton { padding: 0px 2px; font-size: 12px; }"));
     if (Custom::language() != 0)
         pButton->setFixedSize(120, 24);
     else
