@@ -122,6 +122,13 @@ bool Client::openDevice()
     return result == Device::OpenResult::Opened;
 }
 
+void Client::closeDevice()
+{
+    if (m_pDevice)
+        m_pDevice->close();
+    m_bRestricted = false;
+}
+
 void Client::setAddress(quint32 uIp, quint16 uPort)
 {
     m_uIp = uIp;
@@ -289,9 +296,10 @@ void setDeviceFactory(std::function<std::unique_ptr<Device>()> factory)
 quint32 openProbe()
 {
     Client client(newDevice());
-    if (client.openDevice())
-        return kOk; // the client's destructor closes the device again
-    return kNotAvailable;
+    if (client.create() != kOk || !client.openDevice())
+        return kNotAvailable;
+    client.closeDevice(); // no stream was registered: nothing to stop
+    return kOk;
 }
 
 } // namespace GevFilter

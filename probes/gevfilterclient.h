@@ -82,6 +82,7 @@ public:
 
     quint32 create(); // the three events; kNotAvailable when they cannot be made
     bool openDevice(); // read/write, then once query-only on access denied
+    void closeDevice(); // closes without a request and clears the restricted mode
     void setAddress(quint32 uIp, quint16 uPort);
     void setPacketSize(quint32 uPacketSize);
     void setParameters(quint32 uParam1, quint32 uParam2);

@@ -23,22 +23,12 @@ void check(CJumboPacketDetectInfo &info)
 
 VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable)
 {
-    for (const CNetAdapter &adapter : NetAdapters::adapterList()) {
-        if (adapter.driverKey != strDriverKey)
-            continue;
-        const int nMtu = bEnable ? adapter.nMaxMtu : NetAdapters::kStandardFrame - NetAdapters::kEthernetHeader;
-        if (nMtu <= 0 || nMtu == adapter.nMtu)
-            return VxRepairStatus::Done;
-        const VxRepairStatus status = NetAdapters::setMtu(strDriverKey, nMtu);
-        if (status == VxRepairStatus::Done)
-            qCInfo(lcVxRepair).noquote() << strDriverKey << "mtu old:" << adapter.nMtu << "new:" << nMtu;
-        return status;
-    }
-    return VxRepairStatus::Failed;
+    return NetAdapters::setJumbo(strDriverKey, bEnable);
 }
 
 void restartAdapters()
 {
+    NetAdapters::restartAdapters(NetAdapters::adapterList());
 }
 
 VxRepairStatus repair(CJumboPacketDetectInfo &info)
@@ -52,8 +42,11 @@ VxRepairStatus repair(CJumboPacketDetectInfo &info)
         if (status != VxRepairStatus::Done && result == VxRepairStatus::Done)
             result = status;
     }
+    // Check again, then restart exactly the adapters that were off before.
     check(info);
-    restartAdapters();
+    const QList<CNetAdapter> listAfter = NetAdapters::adapterList();
+    NetAdapters::restartAdapters(listBefore);
+    NetAdapters::adapterList() = listAfter;
     VxPrivileged::setLastStatus(result);
     return result;
 }

@@ -19,8 +19,8 @@ void check(CJumboPacketDetectInfo &info);
 // offers) or off (the standard 1500 bytes). The MTU applies at once.
 VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable);
 
-// Brings the adapters that were off in the kept list back up so that a new
-// setting applies. On Linux the kernel applies an MTU at once: nothing to do.
+// Restarts the adapters that are off in the current adapter list so that a
+// new setting applies (nothing to do on Linux, where an MTU applies at once).
 void restartAdapters();
 
 // The item's repair: enables jumbo frames on exactly the adapters that were

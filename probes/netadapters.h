@@ -35,6 +35,22 @@ namespace NetAdapters {
 
 // The process-wide adapter list, rebuilt by each jumbo check.
 QList<CNetAdapter> &adapterList();
+// For each driverKey, the name of the driver setting that held its jumbo
+// value (Windows registry value name; unused on Linux).
+QMap<QString, QString> &jumboValueNames();
+
+// --- platform entry points ------------------------------------------------
+// Rebuilds adapterList() from the connected adapters.
+void buildAdapterList();
+// Switches an adapter's jumbo frames on (the largest setting its driver
+// offers) or off (the smallest / the standard frame).
+VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable);
+// Restarts the adapters that are off in listKept so a new setting applies
+// (Windows: disable and enable the PCI adapters; Linux: nothing, an MTU
+// applies at once).
+void restartAdapters(const QList<CNetAdapter> &listKept);
+
+// --- Linux ----------------------------------------------------------------
 
 // The Ethernet header a frame carries on top of the MTU.
 constexpr int kEthernetHeader = 14;
@@ -65,9 +81,6 @@ int speedMbps(const QString &strName);
 
 // The connected physical adapters, in interface index order.
 QList<CLinkFacts> connectedPhysicalLinks();
-
-// Rebuilds adapterList() from the connected physical adapters.
-void buildAdapterList();
 
 // Sets an interface's MTU (through vetrix-helper when not root); when
 // NetworkManager manages the interface its profile gets the MTU too.

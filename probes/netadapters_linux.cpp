@@ -7,6 +7,8 @@
 #include <QFileInfo>
 
 #include <libmnl/libmnl.h>
+
+#include <algorithm>
 #include <linux/if.h>
 #include <linux/if_link.h>
 #include <linux/rtnetlink.h>
@@ -177,6 +179,117 @@ int speedMbps(const QString &strName)
     bool bOk = false;
     const int nSpeed = readLine(LuInterface::sysPath(QStringLiteral("/sys/class/net/") + strName + QStringLiteral("/speed"))).toInt(&bOk);
     return bOk && nSpeed > 0 ? nSpeed : -1;
+}
+
+namespace {
+std::function<QList<CLinkFacts>()> &linkReader()
+{
+    static std::function<QList<CLinkFacts>()> reader;
+    return reader;
+}
+std::function<bool(const QString &)> &physicalTest()
+{
+    static std::function<bool(const QString &)> test;
+    return test;
+}
+} // namespace
+
+int jumboStateOf(int nMtu, int nMaxMtu)
+{
+    if (nMtu + kEthernetHeader > kStandardFrame)
+        return 1;
+    if (nMaxMtu + kEthernetHeader > kStandardFrame)
+        return 0;
+    return 2;
+}
+
+QList<CLinkFacts> readLinks()
+{
+    if (linkReader())
+        return linkReader()();
+    return readKernelLinks();
+}
+
+void setLinkReader(std::function<QList<CLinkFacts>()> reader)
+{
+    linkReader() = std::move(reader);
+}
+
+bool isPhysical(const QString &strName)
+{
+    if (physicalTest())
+        return physicalTest()(strName);
+    const QStringList listExtra = qEnvironmentVariable("VETRIX_PHYSICAL_IFACES").split(QLatin1Char(','), Qt::SkipEmptyParts);
+    if (listExtra.contains(strName))
+        return true;
+    return isPhysicalDevice(strName);
+}
+
+void setPhysicalTest(std::function<bool(const QString &)> test)
+{
+    physicalTest() = std::move(test);
+}
+
+QList<CLinkFacts> connectedPhysicalLinks()
+{
+    QList<CLinkFacts> listLinks;
+    for (const CLinkFacts &link : readLinks()) {
+        if (link.bConnected && isPhysical(link.strName))
+            listLinks << link;
+    }
+    std::stable_sort(listLinks.begin(), listLinks.end(),
+                     [](const CLinkFacts &a, const CLinkFacts &b) { return a.nIndex < b.nIndex; });
+    return listLinks;
+}
+
+void buildAdapterList()
+{
+    QList<CNetAdapter> listAdapters;
+    for (const CLinkFacts &link : connectedPhysicalLinks()) {
+        CNetAdapter adapter;
+        adapter.description = link.strName;
+        adapter.driverKey = link.strName;
+        adapter.instanceId = deviceOf(link.strName);
+        adapter.nMtu = link.nMtu;
+        adapter.nMaxMtu = link.nMaxMtu;
+        adapter.jumboValue = link.nMtu + kEthernetHeader;
+        adapter.jumboState = jumboStateOf(link.nMtu, link.nMaxMtu);
+        listAdapters << adapter;
+    }
+    adapterList() = listAdapters;
+}
+
+VxRepairStatus setMtu(const QString &strName, int nMtu)
+{
+    VxRepairStatus status;
+    if (VxPrivileged::isRoot())
+        status = setLinkMtu(strName, nMtu) ? VxRepairStatus::Done : VxRepairStatus::Failed;
+    else
+        status = VxPrivileged::runHelper(QStringLiteral("set-mtu"), {strName, QString::number(nMtu)});
+    if (status == VxRepairStatus::Done)
+        updateNetworkManagerMtu(strName, nMtu);
+    return status;
+}
+
+VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable)
+{
+    for (const CNetAdapter &adapter : adapterList()) {
+        if (adapter.driverKey != strDriverKey)
+            continue;
+        const int nMtu = bEnable ? adapter.nMaxMtu : kStandardFrame - kEthernetHeader;
+        if (nMtu <= 0 || nMtu == adapter.nMtu)
+            return VxRepairStatus::Done;
+        const VxRepairStatus status = setMtu(strDriverKey, nMtu);
+        if (status == VxRepairStatus::Done)
+            qCInfo(lcVxRepair).noquote() << strDriverKey << "mtu old:" << adapter.nMtu << "new:" << nMtu;
+        return status;
+    }
+    return VxRepairStatus::Failed;
+}
+
+// The kernel applies a new MTU at once; no link bounce is needed.
+void restartAdapters(const QList<CNetAdapter> &)
+{
 }
 
 } // namespace NetAdapters

@@ -183,13 +183,22 @@ private slots:
         QFETCH(QList<int>, answers);
         QFETCH(uint, result);
         QFETCH(int, opens);
-        setDeviceFactory([answers] {
-            auto pDevice = std::make_unique<FakeDevice>();
+        auto pCalls = std::make_shared<int>(-1);
+        setDeviceFactory([answers, pCalls] {
+            // Reports, when destroyed, how many requests the probe sent.
+            struct Counted : FakeDevice
+            {
+                std::shared_ptr<int> pCount;
+                ~Counted() override { *pCount = listCalls.size(); }
+            };
+            auto pDevice = std::make_unique<Counted>();
+            pDevice->pCount = pCalls;
             for (int nAnswer : answers)
                 pDevice->listOpenAnswers << Device::OpenResult(nAnswer);
             return std::unique_ptr<Device>(pDevice.release());
         });
         QCOMPARE(openProbe(), quint32(result));
+        QCOMPARE(*pCalls, 0); // the probe only opens and closes
         auto pOwned = std::make_unique<FakeDevice>();
         for (int nAnswer : answers)
             pOwned->listOpenAnswers << Device::OpenResult(nAnswer);
