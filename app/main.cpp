@@ -27,13 +27,9 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_NativeWindows, false);
 
     VxMainWindow::switchLanguage(LuInterface::language(true));
-    if (argc > 1) {
-        const QByteArray argument(argv[1]);
-        if (argument == "CH")
-            VxMainWindow::switchLanguage(QStringLiteral("CH"));
-        else if (argument == "ENG")
-            VxMainWindow::switchLanguage(QStringLiteral("ENG"));
-    }
+    const QString strArgument = VxMainWindow::commandLineLanguage(argc, argv);
+    if (!strArgument.isEmpty())
+        VxMainWindow::switchLanguage(strArgument);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/Vetrix/Vetrix/Client.ico")));
 
     int nExit = 0;

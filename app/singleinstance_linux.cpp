@@ -4,6 +4,7 @@
 #include "singleinstance.h"
 
 #include <QLocalServer>
+#include <QLoggingCategory>
 #include <QLocalSocket>
 #include <QPointer>
 #include <QWidget>
@@ -11,6 +12,8 @@
 #include <unistd.h>
 
 namespace {
+Q_LOGGING_CATEGORY(lcInstance, "vetrix.app.instance")
+
 QLocalServer *g_pServer = nullptr;
 QPointer<QWidget> g_pWindow;
 
@@ -21,6 +24,7 @@ QString socketName()
 
 void raiseWindow()
 {
+    qCInfo(lcInstance) << "a second start asked to raise the window";
     if (!g_pWindow)
         return;
     if (g_pWindow->isMinimized())

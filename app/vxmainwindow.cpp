@@ -207,10 +207,22 @@ void VxMainWindow::OnMenuActionTriggered(QAction *pAction)
         setLanguageMarks(false);
 }
 
-bool VxMainWindow::switchLanguage(const QString &strLanguage)
+QString VxMainWindow::commandLineLanguage(int argc, char *argv[])
+{
+    if (argc <= 1 || !argv || !argv[1])
+        return QString();
+    const QByteArray argument(argv[1]);
+    if (argument == "CH")
+        return QStringLiteral("CH");
+    if (argument == "ENG")
+        return QStringLiteral("ENG");
+    return QString();
+}
+
+bool VxMainWindow::switchLanguage(const QString &strLanguage, const QString &strFolder)
 {
     Translators &t = translators();
-    const QString strDir = QCoreApplication::applicationDirPath();
+    const QString strDir = strFolder.isEmpty() ? QCoreApplication::applicationDirPath() : strFolder;
     const char *const files[4] = {"./Translation/Vetrix_zh.qm", "./Translation/Panekit_zh_CN.qm",
                                   "./Translation/Basekit_zh_CN.qm", "./Translation/qt_zh_CN.qm"};
     for (int i = 0; i < 4; ++i) {

@@ -34,9 +34,13 @@ public:
     explicit VxMainWindow(QWidget *pParent = nullptr);
     ~VxMainWindow() override;
 
-    // Installs ("CH") or removes ("ENG") the four Chinese translators.
-    // False when a translation file cannot be loaded: then nothing changes.
-    static bool switchLanguage(const QString &strLanguage);
+    // Installs ("CH") or removes ("ENG") the four Chinese translators, read
+    // from strDir (default: the program's folder) + "/Translation". False when
+    // a translation file cannot be loaded: then nothing changes.
+    static bool switchLanguage(const QString &strLanguage, const QString &strDir = QString());
+    // The language the command line asks for: "CH" or "ENG" as the first
+    // argument, compared exactly; empty otherwise.
+    static QString commandLineLanguage(int argc, char *argv[]);
 
     VxOneKeyWidget *page() const { return m_pPage; }
     QAction *action(int nData) const;

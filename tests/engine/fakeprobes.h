@@ -93,4 +93,21 @@ struct FakeProbes
         t.systemInfoCheck = [this](CSystemDetectInfo &) { log("detect 2048"); };
         return t;
     }
+
+    // The same, but the USB items build no tree (for code that would read
+    // the tree, such as the report of item 512).
+    VxProbeTable tableWithoutTrees()
+    {
+        VxProbeTable t = table();
+        t.usbDriverCheck = [this](CUSBControllerDriverInfo &, UsbRootItem **ppRoot) {
+            log("detect 32");
+            if (ppRoot)
+                *ppRoot = nullptr;
+        };
+        t.usbTreeCheck = [this](CUsbBasicDetectInfo &info) {
+            log("detect 512");
+            info.bNormal = 1;
+        };
+        return t;
+    }
 };
