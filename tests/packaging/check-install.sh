@@ -137,6 +137,10 @@ for manual in "$root"/doc/User_Manual_Orvex_*; do
         fi
     done
 done
+check "English index.html hands its topic on" \
+    grep -q '"GUID-CAB2338A-7C22-4FB6-B268-6BC80BF7D6AC.html"' "$root/doc/User_Manual_Orvex_English/index.html"
+check "Chinese index.html hands its topic on" \
+    grep -q '"GUID-AAB876F3-D1ED-4664-A94D-56CA4C6FE275.html"' "$root/doc/User_Manual_Orvex_Chinese/index.html"
 check "Chinese manual is not a copy of the English one" \
     sh -c "! cmp -s '$root/doc/User_Manual_Orvex_English/index.html' '$root/doc/User_Manual_Orvex_Chinese/index.html'"
 
