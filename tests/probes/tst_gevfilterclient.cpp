@@ -1,6 +1,6 @@
 #include "gevfilterclient.h"
 
-#include <QMutex>
+#include <mutex>
 #include <QtTest>
 
 #include <thread>
@@ -26,7 +26,7 @@ public:
     bool bRequestsFail = false;
     QByteArray answer;
     QList<int> listSignalled; // events signalled before a wait
-    mutable QMutex mutex;
+    mutable std::mutex mutex; // a pthread mutex, which ThreadSanitizer sees
     QList<Call> listCalls;
 
     OpenResult open(bool bQueryOnly) override
@@ -40,7 +40,7 @@ public:
     bool isOpen() const override { return bOpen; }
     bool request(quint32 uCode, const QByteArray &input, int nOutSize, QByteArray *pOut) override
     {
-        QMutexLocker locker(&mutex);
+        std::lock_guard<std::mutex> locker(mutex);
         listCalls << Call{uCode, input};
         if (bRequestsFail)
             return false;
@@ -63,7 +63,7 @@ public:
     bool poll(int nIndex) override { return listSignalled.removeOne(nIndex); }
     QList<quint32> codes() const
     {
-        QMutexLocker locker(&mutex);
+        std::lock_guard<std::mutex> locker(mutex);
         QList<quint32> list;
         for (const Call &call : listCalls)
             list << call.uCode;
