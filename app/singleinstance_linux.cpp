@@ -7,6 +7,7 @@
 #include <QLoggingCategory>
 #include <QLocalSocket>
 #include <QPointer>
+#include <QStandardPaths>
 #include <QWidget>
 
 #include <unistd.h>
@@ -17,8 +18,13 @@ Q_LOGGING_CATEGORY(lcInstance, "vetrix.app.instance")
 QLocalServer *g_pServer = nullptr;
 QPointer<QWidget> g_pWindow;
 
+// In the session's runtime folder when there is one (private to the user
+// and the login session), else a per-user name in the temporary folder.
 QString socketName()
 {
+    const QString strRuntime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    if (!strRuntime.isEmpty())
+        return strRuntime + QStringLiteral("/VetrixTool.instance");
     return QStringLiteral("VetrixTool-%1").arg(getuid());
 }
 

@@ -110,6 +110,7 @@ bool VxMainWindow::buildMenus()
     m_pFileButton = pTitleBar->cAddMenu(tr("File"), m_pFileMenu);
     m_pExportAction = addAction(m_pFileMenu, tr("Export"), ActExport, "FileExportAction");
     m_pExportAction->setEnabled(false);
+    m_pDumpAction = addAction(m_pFileMenu, tr("Acquire Dump Files"), ActDumpTool, "DumpToolAction");
 
     m_pHelpMenu = new CustomMenu(tr("Help"), this);
     m_pHelpMenu->setObjectName(QStringLiteral("HelpMenu"));
@@ -124,7 +125,6 @@ bool VxMainWindow::buildMenus()
     m_pUserDocAction = addAction(m_pHelpMenu, tr("User Manual"), ActUserManual, "UserDocAction");
     m_pUserDocAction->setVisible(
         LuInterface::GetOEMCfgValue(QStringLiteral("ShowUserManuel"), true).toBool());
-    m_pDumpAction = addAction(m_pHelpMenu, tr("Acquire Dump Files"), ActDumpTool, "DumpToolAction");
     m_pAboutAction = addAction(m_pHelpMenu, tr("About"), ActAbout, "AboutAction");
 
     pTitleBar->cAddMenuLayoutStretch();
@@ -223,10 +223,13 @@ bool VxMainWindow::switchLanguage(const QString &strLanguage, const QString &str
 {
     Translators &t = translators();
     const QString strDir = strFolder.isEmpty() ? QCoreApplication::applicationDirPath() : strFolder;
-    const char *const files[4] = {"./Translation/Vetrix_zh.qm", "./Translation/Panekit_zh_CN.qm",
-                                  "./Translation/Basekit_zh_CN.qm", "./Translation/qt_zh_CN.qm"};
+    // The files lie in "./Translation" below the folder. They are loaded
+    // from that subfolder itself: qt_zh_CN.qm pulls in Qt's module
+    // catalogues (qtbase_zh_CN.qm, ...) from the folder it is loaded from.
+    const char *const files[4] = {"Vetrix_zh.qm", "Panekit_zh_CN.qm", "Basekit_zh_CN.qm", "qt_zh_CN.qm"};
+    const QString strTranslations = strDir + QStringLiteral("/Translation");
     for (int i = 0; i < 4; ++i) {
-        if (!t.all[i]->load(QString::fromLatin1(files[i]), strDir))
+        if (!t.all[i]->load(QString::fromLatin1(files[i]), strTranslations))
             return false;
     }
     if (strLanguage == QLatin1String("CH")) {

@@ -41,9 +41,10 @@ void printOut(const QString &strText)
 // Installs the Chinese translations the program uses; false if one is missing.
 bool installChinese(std::vector<std::unique_ptr<QTranslator>> &translators)
 {
-    const QString strDir = QCoreApplication::applicationDirPath();
-    for (const char *pFile : {"./Translation/Vetrix_zh.qm", "./Translation/Basekit_zh_CN.qm",
-                              "./Translation/qt_zh_CN.qm"}) {
+    // Loaded from the Translation folder itself: qt_zh_CN.qm pulls in Qt's
+    // module catalogues from the folder it is loaded from.
+    const QString strDir = QCoreApplication::applicationDirPath() + QStringLiteral("/Translation");
+    for (const char *pFile : {"Vetrix_zh.qm", "Basekit_zh_CN.qm", "qt_zh_CN.qm"}) {
         auto translator = std::make_unique<QTranslator>();
         if (!translator->load(QString::fromLatin1(pFile), strDir))
             return false;
