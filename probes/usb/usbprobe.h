@@ -54,16 +54,13 @@ CControllerDriverFacts readControllerDriver(const UsbControllerInfo &controller)
 void applyDriverFacts(const UsbRootItem *pRoot, CUSBControllerDriverInfo &info, const DriverReader &reader);
 // "Driver date new enough": the last "-"-separated part as a year >= 2012.
 bool isDriverDateNew(const QString &strDate);
+// Linux: the kernel build date ("M-D-YYYY") from the /proc/sys/kernel/version
+// text; empty when the text names no date (and always on Windows).
+QString kernelBuildDate(const QString &strVersion);
 
 // --- report --------------------------------------------------------------------
 // The "USB Controller Info" report lines: every controller, hub and device of
 // the tree in tree order, in the viewer's text mode. Empty for a null tree.
 QStringList treeReportLines(const UsbRootItem *pRoot);
 
-} // namespace VxUsbProbe
-
-namespace VxUsbProbe {
-// Linux: the kernel build date ("M-D-YYYY") from /proc/sys/kernel/version
-// text; empty when the text names no date.
-QString kernelBuildDate(const QString &strVersion);
 } // namespace VxUsbProbe
