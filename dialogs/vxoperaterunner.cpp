@@ -1,5 +1,6 @@
 #include "vxoperaterunner.h"
 
+#include "cdetectinfo.h"
 #include "customloadingdialog.h"
 #include "vxdialogprobes.h"
 #include "vxoperatethread.h"
@@ -17,6 +18,20 @@ VxOperateRunner::VxOperateRunner(bool bDetecting, int nItem, QWidget *pParentWid
 {
 }
 
+bool VxOperateRunner::recordFits(int nId, const CDetectInfo *pInfo)
+{
+    switch (nId) {
+    case 1: return dynamic_cast<const CSDKPathDetectInfo *>(pInfo) != nullptr;
+    case 2: return dynamic_cast<const CEnvDetectInfo *>(pInfo) != nullptr;
+    case 32: return dynamic_cast<const CUSBControllerDriverInfo *>(pInfo) != nullptr;
+    case 128: return dynamic_cast<const CNetworkSpeedDetectInfo *>(pInfo) != nullptr;
+    case 256: return dynamic_cast<const CJumboPacketDetectInfo *>(pInfo) != nullptr;
+    case 512: return dynamic_cast<const CUsbBasicDetectInfo *>(pInfo) != nullptr;
+    case 2048: return dynamic_cast<const CSystemDetectInfo *>(pInfo) != nullptr;
+    default: return pInfo != nullptr;
+    }
+}
+
 void VxOperateRunner::run()
 {
     QPointer<CustomLoadingDialog> pLoading;
@@ -29,10 +44,24 @@ void VxOperateRunner::run()
         QCoreApplication::processEvents();
     }
 
-    auto *pThread = new VxOperateThread(VxDialogProbes::table());
-    pThread->prepareRun(bIsDetecting, quint32(nItemType), 0);
     // Records the caller already holds are worked on in place, in both modes.
-    pThread->setRecords(mapItems);
+    // The thread picks a record's probe by its item id: a record filed under
+    // an id it does not belong to is left out, and its item is not run.
+    quint32 uMask = quint32(nItemType);
+    QMap<int, CDetectInfo *> mapHanded;
+    for (auto it = mapItems.cbegin(); it != mapItems.cend(); ++it) {
+        if (!it.value())
+            continue;
+        if (!recordFits(it.key(), it.value())) {
+            uMask &= ~quint32(it.key());
+            continue;
+        }
+        it.value()->nItem = it.key();
+        mapHanded.insert(it.key(), it.value());
+    }
+    auto *pThread = new VxOperateThread(VxDialogProbes::table());
+    pThread->prepareRun(bIsDetecting, uMask, 0);
+    pThread->setRecords(mapHanded);
     // The end of the thread posts an event to this thread, so the wait for
     // more events below wakes up for it: the GUI stays alive without
     // spinning a core while a repair waits for, say, a password prompt.
@@ -46,9 +75,11 @@ void VxOperateRunner::run()
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     pThread->wait();
 
-    if (bIsDetecting) {
-        const QMap<int, CDetectInfo *> mapRecords = pThread->allRecords();
-        for (auto it = mapRecords.cbegin(); it != mapRecords.cend(); ++it)
+    // Records the thread had to create are handed over (in a repair too, so
+    // none is lost); the caller's own stay where they are.
+    const QMap<int, CDetectInfo *> mapRecords = pThread->allRecords();
+    for (auto it = mapRecords.cbegin(); it != mapRecords.cend(); ++it) {
+        if (!mapHanded.contains(it.key()) && !mapItems.contains(it.key()))
             mapItems.insert(it.key(), it.value());
     }
     pThread->releaseRecords();

@@ -15,11 +15,12 @@ class QWidget;
 //   VxOperateRunner runner(false, 256, this, tr("Enabling jumbo frame..."), {{256, pInfo}});
 //   runner.run();   // pInfo now holds the repaired state
 //
-// Repair (bIsDetecting false): itemType is the optimization mask; the thread
-// works on the records in items, which stay the caller's.
-// Detection (bIsDetecting true): itemType is the detection mask; records in
-// items for those ids are filled in place, records the thread had to create
-// for ids missing from items are handed over in items() afterwards and then
+// Repair (bIsDetecting false): itemType is the optimization mask.
+// Detection (bIsDetecting true): itemType is the detection mask.
+// In both, the records in items are worked on in place and stay the
+// caller's (their nItem is set to their key); a record whose class does not
+// belong to its key is left out and that item is not run. Records the thread
+// had to create for ids missing from items are added to items() and then
 // belong to the caller.
 // The thread calls the probes of VxDialogProbes::table(); the items must not
 // be touched by anything else until run() returns.
@@ -31,6 +32,9 @@ public:
                     const QMap<int, CDetectInfo *> &mapItems);
 
     void run();
+
+    // Whether a record may stand for item nId (its class is the item's).
+    static bool recordFits(int nId, const CDetectInfo *pInfo);
 
     // After run(): the records of the pass (see above).
     const QMap<int, CDetectInfo *> &items() const { return mapItems; }

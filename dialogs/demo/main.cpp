@@ -135,9 +135,11 @@ int main(int argc, char *argv[])
     installFakeProbes();
 
     CEnvDetectInfo env;
+    env.nItem = 2;
     fillEnv(env);
     QTemporaryDir tempDir; // stray "SDK files" that --fail leaves in place
     CSDKPathDetectInfo sdk;
+    sdk.nItem = 1;
     const QStringList listDirs = {tempDir.path() + QStringLiteral("/usr/lib/x86_64-linux-gnu"),
                                   tempDir.path() + QStringLiteral("/usr/lib32")};
     for (const QString &strSub : listDirs) {
@@ -150,8 +152,10 @@ int main(int argc, char *argv[])
         sdk.bNormal = 0;
     }
     CJumboPacketDetectInfo jumbo;
+    jumbo.nItem = 256;
     fillJumbo(jumbo, false);
     CNetworkSpeedDetectInfo rate;
+    rate.nItem = 128;
     rate.adapterSpeeds = {{QStringLiteral("enp3s0"), 1000}, {QStringLiteral("enx00e04c680001"), 2500}};
     if (!g_bNormal) {
         rate.adapterSpeeds[QStringLiteral("enp4s0")] = 100;
@@ -159,12 +163,14 @@ int main(int argc, char *argv[])
         rate.bNormal = 0;
     }
     CUSBControllerDriverInfo usb;
+    usb.nItem = 32;
     usb.driverDesc = QStringLiteral("Intel Corporation Alder Lake-S PCH USB 3.2 Gen 2x2 XHCI Controller (xhci_hcd)");
     usb.providerName = QStringLiteral("The Linux Kernel");
     usb.driverDate = g_bNormal ? QStringLiteral("10-2-2024") : QStringLiteral("6-21-2006");
     usb.driverVersion = QStringLiteral("6.1.0-26-amd64");
     usb.bNormal = g_bNormal ? 1 : 0;
     CSystemDetectInfo sys;
+    sys.nItem = 2048;
     sys.cpu = QStringLiteral("12th Gen Intel(R) Core(TM) i7-12700");
     sys.cpuCount = QStringLiteral("20");
     sys.availableMemory = QStringLiteral("31.1 GB");

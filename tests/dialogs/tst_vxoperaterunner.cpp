@@ -182,6 +182,31 @@ private slots:
         delete pInfo; // the records the thread made belong to the caller
     }
 
+    void recordIdFollowsItsKey()
+    {
+        CJumboPacketDetectInfo info; // nItem still 1, as a new record starts
+        info.bNormal = 0;
+        Observation seen;
+        observeFromGui(this, &seen);
+        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &info}});
+        runner.run();
+        QCOMPARE(info.nItem, 256);
+        QCOMPARE(info.bNormal, 1); // repaired as the jumbo item
+    }
+
+    void recordOfAnotherItemIsNotRun()
+    {
+        CEnvDetectInfo wrong; // not a jumbo record
+        wrong.nItem = 256;
+        wrong.currentValues[QStringLiteral("PATH")] = QStringLiteral("/bin");
+        g_bSeen = true; // nothing is going to wait
+        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &wrong}});
+        runner.run();
+        QCOMPARE(wrong.currentValues.value(QStringLiteral("PATH")), QStringLiteral("/bin"));
+        QCOMPARE(runner.items().value(256), static_cast<CDetectInfo *>(&wrong));
+        QCOMPARE(runner.items().size(), 1);
+    }
+
     void repairLeavesTheItemsMapAlone()
     {
         CJumboPacketDetectInfo info;
