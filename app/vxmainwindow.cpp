@@ -7,6 +7,7 @@
 #include "luinterface.h"
 #include "qaboutdlg.h"
 #include "resourcesampler.h"
+#include "vxgrabdumptool.h"
 #include "vxonekeywidget.h"
 
 #include <QAction>
@@ -20,6 +21,7 @@
 #include <QTranslator>
 #include <QtConcurrent>
 
+#include <exception>
 #include <memory>
 #include <new>
 
@@ -376,5 +378,10 @@ void VxMainWindow::openAbout()
 
 void VxMainWindow::openDumpTool()
 {
-    qCInfo(lcMainWindow) << "the dump tool is not available in this build";
+    try {
+        VxGrabDumpTool dialog(this);
+        dialog.exec();
+    } catch (const std::exception &error) {
+        qCWarning(lcMainWindow) << "cannot build the dump tool:" << error.what();
+    }
 }

@@ -3,54 +3,79 @@
 #include "vxonekeyresulttree.h"
 
 #include "cdetectinfo.h"
+#include "vxenvcheckdlg.h"
+#include "vxjumbpacketdlg.h"
+#include "vxnetratedlg.h"
+#include "vxoperaterunner.h"
+#include "vxsdkfilecleardlg.h"
+#include "vxsysteminfolauncher.h"
+#include "vxusbdriverdlg.h"
 
 #include <QLoggingCategory>
+
+#include <exception>
 
 namespace {
 Q_LOGGING_CATEGORY(lcActions, "vetrix.ui.actions")
 
-void pendingDialog(const char *pName, const CDetectInfo *pInfo)
+// Builds and runs a modal dialog; one that cannot be built is not shown.
+template<typename Dialog, typename Record>
+void runDialog(QWidget *pParent, CDetectInfo *pInfo)
 {
-    qCInfo(lcActions) << "no dialog yet for" << pName << "item" << (pInfo ? pInfo->nItem : 0);
+    auto *pRecord = dynamic_cast<Record *>(pInfo);
+    if (!pRecord)
+        return;
+    try {
+        Dialog dialog(pRecord, pParent);
+        dialog.exec();
+    } catch (const std::exception &error) {
+        qCWarning(lcActions) << "cannot build the dialog of item" << pInfo->nItem << error.what();
+    }
 }
 } // namespace
 
 void VxOneKeyResultTree::openSdkFileDialog(CDetectInfo *pInfo)
 {
-    pendingDialog("SDK files", pInfo);
+    runDialog<VxSDKFileClearDlg, CSDKPathDetectInfo>(window(), pInfo);
 }
 
 void VxOneKeyResultTree::openEnvDialog(CDetectInfo *pInfo)
 {
-    pendingDialog("environment", pInfo);
+    runDialog<VxEnvCheckDlg, CEnvDetectInfo>(window(), pInfo);
 }
 
 void VxOneKeyResultTree::installDriver(CDetectInfo *pInfo)
 {
-    pendingDialog("driver install", pInfo);
+    // Runs the installer and its status polling on a fresh worker behind a
+    // loading box; returns when the driver is there or the polling gave up.
+    const QString strLabel =
+        pInfo->nItem == 4 ? tr("Installing GigE driver...") : tr("Installing USB driver...");
+    VxOperateRunner runner(false, pInfo->nItem, window(), strLabel, {{pInfo->nItem, pInfo}});
+    runner.run();
 }
 
 void VxOneKeyResultTree::openUsbDriverDialog(CDetectInfo *pInfo)
 {
-    pendingDialog("USB controller driver", pInfo);
+    runDialog<VxUSBDriverDlg, CUSBControllerDriverInfo>(window(), pInfo);
 }
 
 void VxOneKeyResultTree::openLineRateDialog(CDetectInfo *pInfo)
 {
-    pendingDialog("line rate", pInfo);
+    runDialog<VxNetRateDlg, CNetworkSpeedDetectInfo>(window(), pInfo);
 }
 
 void VxOneKeyResultTree::openJumboDialog(CDetectInfo *pInfo)
 {
-    pendingDialog("jumbo frame", pInfo);
+    runDialog<VxJumbPacketDlg, CJumboPacketDetectInfo>(window(), pInfo);
 }
 
 void VxOneKeyResultTree::openUsbTreeDialog(CDetectInfo *pInfo)
 {
-    pendingDialog("USB tree", pInfo);
+    qCInfo(lcActions) << "the USB tree viewer is not part of this build; item" << (pInfo ? pInfo->nItem : 0);
 }
 
 void VxOneKeyResultTree::openSystemInfo(CDetectInfo *pInfo)
 {
-    pendingDialog("system information", pInfo);
+    if (auto *pSystem = dynamic_cast<CSystemDetectInfo *>(pInfo))
+        VxSystemInfoLauncher::open(window(), *pSystem);
 }
