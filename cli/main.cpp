@@ -22,11 +22,6 @@
 namespace {
 enum ExitCode { ExitNormal = 0, ExitExceptional = 1, ExitUsage = 2 };
 
-QString tr(const char *pSource)
-{
-    return QCoreApplication::translate("VxCheck", pSource);
-}
-
 void printErr(const QString &strText)
 {
     std::fputs(qPrintable(strText + QLatin1Char('\n')), stderr);
@@ -64,11 +59,12 @@ QVector<VxCheckItem> runDiagnosis(VxOperateThread &thread, quint32 uMask)
     // The probe times are taken on the worker, next to the probe calls.
     QMap<int, double> mapTimes;
     QElapsedTimer itemTimer;
-    QObject::connect(&thread, &VxOperateThread::sigStartDetectItem, &thread,
-                     [&itemTimer](CDetectInfo *) { itemTimer.start(); }, Qt::DirectConnection);
-    QObject::connect(&thread, &VxOperateThread::sigEndDetectItem, &thread,
-                     [&](CDetectInfo *pInfo) { mapTimes[pInfo->nItem] = itemTimer.nsecsElapsed() / 1e6; },
-                     Qt::DirectConnection);
+    QObject::connect(
+        &thread, &VxOperateThread::sigStartDetectItem, &thread, [&itemTimer](CDetectInfo *) { itemTimer.start(); },
+        Qt::DirectConnection);
+    QObject::connect(
+        &thread, &VxOperateThread::sigEndDetectItem, &thread,
+        [&](CDetectInfo *pInfo) { mapTimes[pInfo->nItem] = itemTimer.nsecsElapsed() / 1e6; }, Qt::DirectConnection);
 
     QEventLoop loop;
     QObject::connect(&thread, &VxOperateThread::sigEndOperate, &loop, &QEventLoop::quit);
@@ -99,28 +95,33 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(VX_VERSION));
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        tr("Diagnoses whether this PC is fit to run GigE Vision and USB3 Vision cameras with the "
-           "Orvex SDK, without a window.\n"
-           "Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error."));
+    parser.setApplicationDescription(QCoreApplication::translate("VxCheck",
+        "Diagnoses whether this PC is fit to run GigE Vision and USB3 Vision cameras with the "
+        "Orvex SDK, without a window.\n"
+        "Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error."));
     const QCommandLineOption helpOption = parser.addHelpOption();
     const QCommandLineOption versionOption = parser.addVersionOption();
     const QCommandLineOption itemsOption(QStringLiteral("items"),
-                                         tr("Diagnose only these item ids, e.g. 1,2,128."), tr("ids"));
-    const QCommandLineOption formatOption(QStringLiteral("format"), tr("Report format: text or json."),
-                                          tr("format"), QStringLiteral("text"));
+        QCoreApplication::translate("VxCheck", "Diagnose only these item ids, e.g. 1,2,128."),
+        QCoreApplication::translate("VxCheck", "ids"));
+    const QCommandLineOption formatOption(QStringLiteral("format"),
+        QCoreApplication::translate("VxCheck", "Report format: text or json."),
+        QCoreApplication::translate("VxCheck", "format"), QStringLiteral("text"));
     const QCommandLineOption outputOption(QStringLiteral("output"),
-                                          tr("Write the report to this file (the export format: UTF-8, "
-                                             "CR LF) instead of stdout."),
-                                          tr("file"));
-    const QCommandLineOption timingsOption(QStringLiteral("timings"), tr("Add each item's probe time."));
-    const QCommandLineOption langOption(QStringLiteral("lang"), tr("Report language: ENG (default) or CH."),
-                                        tr("language"), QStringLiteral("ENG"));
+        QCoreApplication::translate("VxCheck",
+            "Write the report to this file (the export format: UTF-8, "
+            "CR LF) instead of stdout."),
+        QCoreApplication::translate("VxCheck", "file"));
+    const QCommandLineOption timingsOption(
+        QStringLiteral("timings"), QCoreApplication::translate("VxCheck", "Add each item's probe time."));
+    const QCommandLineOption langOption(QStringLiteral("lang"),
+        QCoreApplication::translate("VxCheck", "Report language: ENG (default) or CH."),
+        QCoreApplication::translate("VxCheck", "language"), QStringLiteral("ENG"));
     parser.addOptions({itemsOption, formatOption, outputOption, timingsOption, langOption});
 
     if (!parser.parse(QCoreApplication::arguments())) {
         printErr(parser.errorText());
-        printErr(tr("Try '%1 --help'.").arg(QStringLiteral("vetrix-check")));
+        printErr(QCoreApplication::translate("VxCheck", "Try '%1 --help'.").arg(QStringLiteral("vetrix-check")));
         return ExitUsage;
     }
     if (parser.isSet(helpOption)) {
@@ -132,18 +133,19 @@ int main(int argc, char *argv[])
         return ExitNormal;
     }
     if (!parser.positionalArguments().isEmpty()) {
-        printErr(tr("Unexpected argument: %1").arg(parser.positionalArguments().constFirst()));
+        printErr(QCoreApplication::translate("VxCheck", "Unexpected argument: %1")
+                     .arg(parser.positionalArguments().constFirst()));
         return ExitUsage;
     }
 
     const QString strFormat = parser.value(formatOption);
     if (strFormat != QLatin1String("text") && strFormat != QLatin1String("json")) {
-        printErr(tr("Unknown format \"%1\": use text or json.").arg(strFormat));
+        printErr(QCoreApplication::translate("VxCheck", "Unknown format \"%1\": use text or json.").arg(strFormat));
         return ExitUsage;
     }
     const QString strLang = parser.value(langOption);
     if (strLang != QLatin1String("ENG") && strLang != QLatin1String("CH")) {
-        printErr(tr("Unknown language \"%1\": use ENG or CH.").arg(strLang));
+        printErr(QCoreApplication::translate("VxCheck", "Unknown language \"%1\": use ENG or CH.").arg(strLang));
         return ExitUsage;
     }
     quint32 uMask = VxItems::kAllItemsMask;
@@ -157,7 +159,8 @@ int main(int argc, char *argv[])
 
     std::vector<std::unique_ptr<QTranslator>> translators;
     if (strLang == QLatin1String("CH") && !installChinese(translators))
-        printErr(tr("The Chinese translations are missing; the report is in English."));
+        printErr(
+            QCoreApplication::translate("VxCheck", "The Chinese translations are missing; the report is in English."));
 
     VxOperateThread::setWarningHandler([](QObject *, const QString &strInfo) { printErr(strInfo); });
 
@@ -184,7 +187,7 @@ int main(int argc, char *argv[])
 
     if (parser.isSet(outputOption)) {
         if (!VxResultText::writeLog(parser.value(outputOption), strReport)) {
-            printErr(tr("Cannot write \"%1\".").arg(parser.value(outputOption)));
+            printErr(QCoreApplication::translate("VxCheck", "Cannot write \"%1\".").arg(parser.value(outputOption)));
             return ExitUsage;
         }
     } else {

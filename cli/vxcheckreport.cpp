@@ -10,11 +10,6 @@
 namespace VxCheckReport {
 
 namespace {
-QString tr(const char *pSource)
-{
-    return QCoreApplication::translate("VxCheckReport", pSource);
-}
-
 QJsonObject stringMap(const QMap<QString, QString> &map)
 {
     QJsonObject object;
@@ -75,7 +70,8 @@ QJsonObject facts(const CDetectInfo &info)
 QStringList linesOf(const VxCheckItem &item)
 {
     if (!item.pInfo)
-        return {tr("Not available: this check has no probe on this platform.")};
+        return {
+            QCoreApplication::translate("VxCheckReport", "Not available: this check has no probe on this platform.")};
     return VxResultText::itemLines(*item.pInfo);
 }
 } // namespace
@@ -98,7 +94,7 @@ bool parseItems(const QString &strList, quint32 *pMask, QString *pError)
         const int nItem = strPart.trimmed().toInt(&bOk, 10);
         if (!bOk || !known.contains(nItem)) {
             if (pError)
-                *pError = tr("Unknown item \"%1\". Items: %2.")
+                *pError = QCoreApplication::translate("VxCheckReport", "Unknown item \"%1\". Items: %2.")
                               .arg(strPart.trimmed(), [&] {
                                   QStringList ids;
                                   for (int n : known)
@@ -129,17 +125,17 @@ QString logText(const QVector<VxCheckItem> &items)
 
 QString timingsText(const QVector<VxCheckItem> &items)
 {
-    QString strText = tr("Probe times:") + QLatin1Char('\n');
+    QString strText = QCoreApplication::translate("VxCheckReport", "Probe times:") + QLatin1Char('\n');
     double dTotal = 0.0;
     for (const VxCheckItem &item : items) {
         if (!item.pInfo)
             continue;
         dTotal += item.dTimeMs;
-        strText += QStringLiteral("  %1  %2 ms\n")
-                       .arg(VxItems::itemName(item.nItem), -34)
-                       .arg(item.dTimeMs, 9, 'f', 1);
+        strText += QStringLiteral("  %1  %2 ms\n").arg(VxItems::itemName(item.nItem), -34).arg(item.dTimeMs, 9, 'f', 1);
     }
-    strText += QStringLiteral("  %1  %2 ms\n").arg(tr("Total"), -34).arg(dTotal, 9, 'f', 1);
+    strText += QStringLiteral("  %1  %2 ms\n")
+                   .arg(QCoreApplication::translate("VxCheckReport", "Total"), -34)
+                   .arg(dTotal, 9, 'f', 1);
     return strText;
 }
 

@@ -11,11 +11,6 @@
 namespace VxResultText {
 
 namespace {
-QString tr(const char *pSource)
-{
-    return QCoreApplication::translate("VxOneKeyResult", pSource);
-}
-
 void appendDirectoryLines(QStringList &lines, const QMap<QString, QStringList> &mapFound)
 {
     for (auto it = mapFound.cbegin(); it != mapFound.cend(); ++it) {
@@ -29,7 +24,7 @@ void appendDirectoryLines(QStringList &lines, const QMap<QString, QStringList> &
 QString rateText(int nMbps)
 {
     if (nMbps < 0)
-        return tr("Unknown");
+        return QCoreApplication::translate("VxOneKeyResult", "Unknown");
     return QString::number(nMbps / 1000.0, 'f', 2) + QStringLiteral("Gbps");
 }
 } // namespace
@@ -40,14 +35,16 @@ QStringList itemLines(const CDetectInfo &info)
     const bool bNormal = info.bNormal != 0;
     switch (info.nItem) {
     case VxItems::SdkFiles: {
-        lines << (bNormal ? tr(" No other SDK files were found") : tr("The Other SDK Files :"));
+        lines << (bNormal ? QCoreApplication::translate("VxOneKeyResult", " No other SDK files were found")
+                          : QCoreApplication::translate("VxOneKeyResult", "The Other SDK Files :"));
         if (auto *pSdk = dynamic_cast<const CSDKPathDetectInfo *>(&info))
             appendDirectoryLines(lines, pSdk->foundFiles);
         break;
     }
     case VxItems::EnvVariables: {
-        lines << (bNormal ? tr("Environment Variables are correct")
-                          : tr("The following environment variables are exceptional:"));
+        lines << (bNormal ? QCoreApplication::translate("VxOneKeyResult", "Environment Variables are correct")
+                          : QCoreApplication::translate(
+                              "VxOneKeyResult", "The following environment variables are exceptional:"));
         if (auto *pEnv = dynamic_cast<const CEnvDetectInfo *>(&info)) {
             for (auto it = pEnv->missingValues.cbegin(); it != pEnv->missingValues.cend(); ++it) {
                 for (const QString &strValue : it.value()) {
@@ -59,15 +56,19 @@ QStringList itemLines(const CDetectInfo &info)
         break;
     }
     case VxItems::GigeDriver:
-        lines << (bNormal ? tr("GigE driver is installed.") : tr(" GigE driver is not installed."));
+        lines << (bNormal ? QCoreApplication::translate("VxOneKeyResult", "GigE driver is installed.")
+                          : QCoreApplication::translate("VxOneKeyResult", " GigE driver is not installed."));
         break;
     case VxItems::Usb3Driver:
-        lines << (bNormal ? tr("USB driver is installed.") : tr(" USB driver is not installed."));
+        lines << (bNormal ? QCoreApplication::translate("VxOneKeyResult", "USB driver is installed.")
+                          : QCoreApplication::translate("VxOneKeyResult", " USB driver is not installed."));
         break;
     case VxItems::UsbControllerDriver:
         if (auto *pDrv = dynamic_cast<const CUSBControllerDriverInfo *>(&info)) {
-            lines << tr("Name     : ") + pDrv->driverDesc << tr("Provider : ") + pDrv->providerName
-                  << tr("Date     : ") + pDrv->driverDate << tr("Version  : ") + pDrv->driverVersion;
+            lines << QCoreApplication::translate("VxOneKeyResult", "Name     : ") + pDrv->driverDesc
+                  << QCoreApplication::translate("VxOneKeyResult", "Provider : ") + pDrv->providerName
+                  << QCoreApplication::translate("VxOneKeyResult", "Date     : ") + pDrv->driverDate
+                  << QCoreApplication::translate("VxOneKeyResult", "Version  : ") + pDrv->driverVersion;
         }
         break;
     case VxItems::LineRate:
@@ -80,8 +81,9 @@ QStringList itemLines(const CDetectInfo &info)
         if (auto *pJumbo = dynamic_cast<const CJumboPacketDetectInfo *>(&info)) {
             for (auto it = pJumbo->jumboStates.cbegin(); it != pJumbo->jumboStates.cend(); ++it) {
                 const QString strState = it.value() == 1
-                    ? tr("The Jumbo Packet is enabled(value = %1)").arg(pJumbo->jumboValues.value(it.key()))
-                    : tr("The Jumbo Packet isn't enabled");
+                    ? QCoreApplication::translate("VxOneKeyResult", "The Jumbo Packet is enabled(value = %1)")
+                          .arg(pJumbo->jumboValues.value(it.key()))
+                    : QCoreApplication::translate("VxOneKeyResult", "The Jumbo Packet isn't enabled");
                 lines << it.key() + QStringLiteral(" : ") + strState;
             }
         }
@@ -91,17 +93,18 @@ QStringList itemLines(const CDetectInfo &info)
             lines << VxUsbProbe::treeReportLines(pUsb->pRootItem);
         break;
     case VxItems::Firewall:
-        lines << (bNormal ? tr("The firewall hasn't been opened") : tr("The firewall has been opened"));
+        lines << (bNormal ? QCoreApplication::translate("VxOneKeyResult", "The firewall hasn't been opened")
+                          : QCoreApplication::translate("VxOneKeyResult", "The firewall has been opened"));
         break;
     case VxItems::SystemInfo:
         if (auto *pSys = dynamic_cast<const CSystemDetectInfo *>(&info)) {
-            lines << tr("CPU               : ") + pSys->cpu
-                  << tr("CPU Core Number   : ") + pSys->cpuCount
-                  << tr("Available Memory  : ") + pSys->availableMemory
-                  << tr("Endianess         : ") + pSys->byteOrder
-                  << tr("Operating System  : ") + pSys->operatingSystem
-                  << tr("Graphic Chipset   : ") + pSys->graphicsChips
-                  << tr("Screen Resolution : ") + pSys->resolution;
+            lines << QCoreApplication::translate("VxOneKeyResult", "CPU               : ") + pSys->cpu
+                  << QCoreApplication::translate("VxOneKeyResult", "CPU Core Number   : ") + pSys->cpuCount
+                  << QCoreApplication::translate("VxOneKeyResult", "Available Memory  : ") + pSys->availableMemory
+                  << QCoreApplication::translate("VxOneKeyResult", "Endianess         : ") + pSys->byteOrder
+                  << QCoreApplication::translate("VxOneKeyResult", "Operating System  : ") + pSys->operatingSystem
+                  << QCoreApplication::translate("VxOneKeyResult", "Graphic Chipset   : ") + pSys->graphicsChips
+                  << QCoreApplication::translate("VxOneKeyResult", "Screen Resolution : ") + pSys->resolution;
         }
         break;
     default:
@@ -132,8 +135,8 @@ QString logText(const QMap<int, QStringList> &mapItemLines)
     for (int nGroup : VxItems::groups()) {
         ++nGroupNumber;
         strText += treePrefix(1, false, false) + kEol;
-        strText += treePrefix(1, true, true) + QStringLiteral("%1: ").arg(nGroupNumber)
-            + VxItems::groupName(nGroup) + kEol;
+        strText
+            += treePrefix(1, true, true) + QStringLiteral("%1: ").arg(nGroupNumber) + VxItems::groupName(nGroup) + kEol;
         strText += treePrefix(2, false, false) + kEol;
         int nRow = 0;
         for (int nItem : VxItems::displayOrder(nGroup)) {
