@@ -99,7 +99,7 @@ VxGrabDumpTool::CGrabResult VxGrabDumpTool::grabInto(const QString &strFolder)
 
 QString VxGrabDumpTool::resultText(const CGrabResult &result)
 {
-    const QString strTarget = QDir::toNativeSeparators(result.strTarget);
+    const QString strTarget = QDir::toNativeSeparators(QDir::cleanPath(result.strTarget));
     if (result.listCopied.isEmpty() && result.listExisting.isEmpty() && result.listFailed.isEmpty())
         return tr("No dump files were found. Nothing was copied to %1.").arg(strTarget);
     if (result.listCopied.isEmpty())

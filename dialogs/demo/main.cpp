@@ -9,6 +9,7 @@
 #include "custom.h"
 #include "custommainwindow.h"
 #include "custompushbutton.h"
+#include "dumpgrabber.h"
 #include "vxdialogprobes.h"
 #include "vxenvcheckdlg.h"
 #include "vxgrabdumptool.h"
@@ -22,6 +23,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QResource>
 #include <QStyleFactory>
 #include <QTemporaryDir>
@@ -178,6 +180,17 @@ int main(int argc, char *argv[])
     sys.operatingSystem = QStringLiteral("Debian GNU/Linux 12 (bookworm)");
     sys.graphicsChips = QStringLiteral("Intel Corporation AlderLake-S GT1; NVIDIA Corporation GA106 [GeForce RTX 3060]");
     sys.resolution = QStringLiteral("2560*1440");
+
+    // The dump tool reads a fixture system root and writes below the
+    // temporary folder.
+    const QString strRoot = tempDir.path() + QStringLiteral("/root");
+    for (const QString &strFile : {QStringLiteral("/var/crash/vmcore"),
+                                   QStringLiteral("/var/lib/systemd/coredump/core.Quillscope.1000.b00t.4242.1700000000.zst")}) {
+        QDir().mkpath(QFileInfo(strRoot + strFile).absolutePath());
+        QFile(strRoot + strFile).open(QIODevice::WriteOnly);
+    }
+    qputenv("VETRIX_SYSROOT", strRoot.toLocal8Bit());
+    DumpGrabber::setSavedTargetFolder(tempDir.path() + QStringLiteral("/Dump"));
 
     const QString strName = parser.value(QStringLiteral("dialog"));
     std::unique_ptr<CustomMainWindow> pDialog;
