@@ -1,5 +1,7 @@
 #include "vxdialogprobes.h"
 
+#include "vxoperatethread.h"
+
 #include <memory>
 
 namespace VxDialogProbes {
@@ -12,12 +14,13 @@ std::unique_ptr<VxProbeTable> &current()
 }
 } // namespace
 
-const VxProbeTable &table()
+VxProbeTable table()
 {
-    std::unique_ptr<VxProbeTable> &pTable = current();
-    if (!pTable)
-        pTable = std::make_unique<VxProbeTable>(defaultProbeTable());
-    return *pTable;
+    if (const std::unique_ptr<VxProbeTable> &pTable = current())
+        return *pTable;
+    // A thread that is never started tells which table threads get now.
+    const VxOperateThread probe;
+    return probe.probeTable();
 }
 
 void setTable(const VxProbeTable &probeTable)

@@ -3,14 +3,15 @@
 #include "vxprobetable.h"
 #include "vxrepair.h"
 
-// The probes the detail dialogs and VxOperateRunner call: the platform's
-// real probes unless a test installed others. GUI thread only.
+// The probes the detail dialogs and VxOperateRunner call. By default the
+// same table a new VxOperateThread gets (the platform's probes, or the one a
+// test installed with VxOperateThread::setProbeTableSource); setTable()
+// overrides it for the dialogs alone. GUI thread only.
 namespace VxDialogProbes {
 
-// The table in use (the default table until setTable() is called).
-const VxProbeTable &table();
+VxProbeTable table();
 // Replaces the table (tests install fakes here); resetTable() goes back to
-// the platform's probes.
+// the operate thread's.
 void setTable(const VxProbeTable &probeTable);
 void resetTable();
 

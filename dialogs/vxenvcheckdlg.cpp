@@ -124,14 +124,14 @@ void VxEnvCheckDlg::onButtonClicked(int nIndex)
         cOnButtonClicked(nIndex);
         return;
     }
-    VxRepairStatus status = VxRepairStatus::Done;
-    status = VxDialogProbes::runRepair([this] {
+    const VxRepairStatus status = VxDialogProbes::runRepair([this] {
         VxOperateRunner runner(false, kItemId, this, tr("Repairing environment variables..."), {{kItemId, pItem}});
         runner.run();
     });
     // A fresh check, here on the GUI thread, so both maps and the flag are current.
-    if (VxDialogProbes::table().envCheck)
-        VxDialogProbes::table().envCheck(*pItem);
+    const VxProbeTable probes = VxDialogProbes::table();
+    if (probes.envCheck)
+        probes.envCheck(*pItem);
     fillTable();
     cResetCustomButtonNames({buttonText()});
     if (status != VxRepairStatus::Done && !pItem->bNormal)

@@ -129,9 +129,10 @@ void VxSDKFileClearDlg::onClearRowClicked()
     CSDKPathDetectInfo single;
     single.nItem = pItem->nItem;
     single.foundFiles.insert(strFile, {strDir});
-    const VxRepairStatus status = VxDialogProbes::runRepair([&single] {
-        if (VxDialogProbes::table().sdkFileClear)
-            VxDialogProbes::table().sdkFileClear(single);
+    const VxProbeTable probes = VxDialogProbes::table();
+    const VxRepairStatus status = VxDialogProbes::runRepair([&probes, &single] {
+        if (probes.sdkFileClear)
+            probes.sdkFileClear(single);
     });
     // The row goes whatever the removal achieved, unless the rights for it
     // were missing: then the copy is still there and stays listed.
@@ -149,9 +150,10 @@ void VxSDKFileClearDlg::onClearAllClicked(int nIndex)
         return;
     }
     const QMap<QString, QStringList> mapBefore = pItem->foundFiles;
-    const VxRepairStatus status = VxDialogProbes::runRepair([this] {
-        if (VxDialogProbes::table().sdkFileClear)
-            VxDialogProbes::table().sdkFileClear(*pItem);
+    const VxProbeTable probes = VxDialogProbes::table();
+    const VxRepairStatus status = VxDialogProbes::runRepair([this, &probes] {
+        if (probes.sdkFileClear)
+            probes.sdkFileClear(*pItem);
     });
     if (status != VxRepairStatus::Done) {
         // Without the rights some copies are still there: they stay listed

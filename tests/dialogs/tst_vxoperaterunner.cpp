@@ -4,6 +4,7 @@
 #include "dialogtestutil.h"
 #include "vxdialogprobes.h"
 #include "vxoperaterunner.h"
+#include "vxoperatethread.h"
 
 #include <QPointer>
 #include <QTest>
@@ -205,6 +206,23 @@ private slots:
         QCOMPARE(wrong.currentValues.value(QStringLiteral("PATH")), QStringLiteral("/bin"));
         QCOMPARE(runner.items().value(256), static_cast<CDetectInfo *>(&wrong));
         QCOMPARE(runner.items().size(), 1);
+    }
+
+    void followsTheOperateThreadsTableByDefault()
+    {
+        VxDialogProbes::resetTable();
+        VxOperateThread::setProbeTableSource([] {
+            VxProbeTable table;
+            table.jumboRepair = [](CJumboPacketDetectInfo &info) { info.jumboValues[QStringLiteral("eth9")] = 4088; };
+            return table;
+        });
+        CJumboPacketDetectInfo info;
+        info.nItem = 256;
+        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &info}});
+        runner.run();
+        VxOperateThread::setProbeTableSource(nullptr);
+        VxDialogProbes::setTable(waitingTable());
+        QCOMPARE(info.jumboValues.value(QStringLiteral("eth9")), 4088);
     }
 
     void repairLeavesTheItemsMapAlone()
