@@ -150,6 +150,17 @@ private slots:
         QVERIFY(listBands.at(0).first >= tips.topMargin() + 2);
     }
 
+    void houseFontAndColour()
+    {
+        VxTipsWidget tips;
+        QCOMPARE(tips.font().pixelSize(), 12);
+        QCOMPARE(tips.font().family(), QFont(Custom::globalFontFamily()).family());
+        const QColor colour = Custom::getDataBaseColor(QStringLiteral("VetrixToolColor_VxTipsWidget_Font")).color();
+        QVERIFY(colour.isValid());
+        QCOMPARE(tips.palette().color(QPalette::Active, QPalette::WindowText), colour);
+        QCOMPARE(tips.palette().color(QPalette::Disabled, QPalette::WindowText), colour);
+    }
+
     void iconSitsLeftAndCentred()
     {
         VxTipsWidget tips;
