@@ -81,6 +81,7 @@ private slots:
     void kernelBuildDate();
     void absentLibrary();
     void capturedTree();
+    void capturedReportDump();
     void capturedDriverFacts();
     void controllerWithoutDriver();
     void hubWithEmptyPorts();
@@ -231,6 +232,26 @@ void TestUsbProbe::capturedTree()
         QVERIFY2(report.contains(QString::fromLatin1(line)), line);
     QVERIFY(report.filter("DebugPort:").isEmpty());
     VxUsbProbe::destroyTree(info.pRootItem);
+}
+
+void TestUsbProbe::capturedReportDump()
+{
+    // The whole report of the captured tree against the reviewed dump
+    // (fixtures/.../report.txt), line by line so a failure shows the line.
+    qputenv("VETRIX_SYSROOT", kFixture.toLocal8Bit());
+    VxUsbProbe::setLibraryPath(kLibrary);
+    UsbRootItem *pRoot = VxUsbProbe::buildTree();
+    QVERIFY(pRoot);
+    const QStringList report = VxUsbProbe::treeReportLines(pRoot);
+    VxUsbProbe::destroyTree(pRoot);
+    QFile file(kFixture + "/report.txt");
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QStringList expected = QString::fromUtf8(file.readAll()).split('\n');
+    if (!expected.isEmpty() && expected.last().isEmpty())
+        expected.removeLast();
+    for (int i = 0; i < qMin(report.size(), expected.size()); ++i)
+        QCOMPARE(QString("%1: %2").arg(i + 1).arg(report[i]), QString("%1: %2").arg(i + 1).arg(expected[i]));
+    QCOMPARE(report.size(), expected.size());
 }
 
 void TestUsbProbe::capturedDriverFacts()
