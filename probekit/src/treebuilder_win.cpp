@@ -10,10 +10,22 @@
 #include <usbioctl.h>
 #include <usbiodef.h>
 
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
+
+// Our records mirror the hub driver's structures byte for byte.
+static_assert(offsetof(USB_NODE_CONNECTION_INFORMATION_EX, ConnectionStatus) == offsetof(UsbPortConnectionInfo, ConnectionStatus),
+              "connection information layout");
+static_assert(offsetof(USB_NODE_CONNECTION_INFORMATION_EX, PipeList) == offsetof(UsbPortConnectionInfo, PipeList),
+              "pipe list offset");
+static_assert(sizeof(USB_PIPE_INFO) == sizeof(UsbPipeInfo), "pipe information size");
+static_assert(sizeof(USB_NODE_INFORMATION) >= sizeof(UsbHubInformationBlock), "hub information block");
+static_assert(offsetof(USB_NODE_INFORMATION, u) == offsetof(UsbHubInformationBlock, HubDescriptor), "hub descriptor offset");
+static_assert(sizeof(USB_HUB_DESCRIPTOR) == sizeof(UsbHubDescriptor), "hub descriptor size");
+static_assert(offsetof(USB_DESCRIPTOR_REQUEST, Data) == offsetof(UsbDescriptorRequest, Data), "request header");
 
 namespace probekit {
 
