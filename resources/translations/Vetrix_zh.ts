@@ -13,6 +13,75 @@
     </message>
 </context>
 <context>
+    <name>VxCheck</name>
+    <message>
+        <source>Diagnoses whether this PC is fit to run GigE Vision and USB3 Vision cameras with the Orvex SDK, without a window.
+Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</source>
+        <translation>无窗口诊断本PC是否适合通过Orvex SDK运行GigE Vision和USB3 Vision相机。
+退出状态：0 无异常，1 存在异常，2 用法错误。</translation>
+    </message>
+    <message>
+        <source>Diagnose only these item ids, e.g. 1,2,128.</source>
+        <translation>仅诊断这些项编号，例如1,2,128。</translation>
+    </message>
+    <message>
+        <source>ids</source>
+        <translation>编号</translation>
+    </message>
+    <message>
+        <source>Report format: text or json.</source>
+        <translation>报告格式：text或json。</translation>
+    </message>
+    <message>
+        <source>format</source>
+        <translation>格式</translation>
+    </message>
+    <message>
+        <source>Write the report to this file (the export format: UTF-8, CR LF) instead of stdout.</source>
+        <translation>将报告写入此文件（导出格式：UTF-8，CR LF），而不是标准输出。</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>Add each item&apos;s probe time.</source>
+        <translation>附加每一项的检查耗时。</translation>
+    </message>
+    <message>
+        <source>Report language: ENG (default) or CH.</source>
+        <translation>报告语言：ENG（默认）或CH。</translation>
+    </message>
+    <message>
+        <source>language</source>
+        <translation>语言</translation>
+    </message>
+    <message>
+        <source>Try &apos;%1 --help&apos;.</source>
+        <translation>请尝试“%1 --help”。</translation>
+    </message>
+    <message>
+        <source>Unexpected argument: %1</source>
+        <translation>意外的参数：%1</translation>
+    </message>
+    <message>
+        <source>Unknown format &quot;%1&quot;: use text or json.</source>
+        <translation>未知格式“%1”：请使用text或json。</translation>
+    </message>
+    <message>
+        <source>Unknown language &quot;%1&quot;: use ENG or CH.</source>
+        <translation>未知语言“%1”：请使用ENG或CH。</translation>
+    </message>
+    <message>
+        <source>The Chinese translations are missing; the report is in English.</source>
+        <translation>缺少中文翻译文件，报告将使用英文。</translation>
+    </message>
+    <message>
+        <source>Cannot write &quot;%1&quot;.</source>
+        <translation>无法写入“%1”。</translation>
+    </message>
+</context>
+<context>
     <name>VxCheckReport</name>
     <message>
         <source>Not available: this check has no probe on this platform.</source>
@@ -358,12 +427,116 @@
         <source>Diagnosis result is exported.</source>
         <translation>诊断结果已导出。</translation>
     </message>
+    <message>
+        <source>Unknown</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source> No other SDK files were found</source>
+        <translation> 未发现其他SDK文件</translation>
+    </message>
+    <message>
+        <source>The Other SDK Files :</source>
+        <translation>其他SDK文件：</translation>
+    </message>
+    <message>
+        <source>Environment Variables are correct</source>
+        <translation>环境变量正确</translation>
+    </message>
+    <message>
+        <source>The following environment variables are exceptional:</source>
+        <translation>以下环境变量异常：</translation>
+    </message>
+    <message>
+        <source>GigE driver is installed.</source>
+        <translation>GigE驱动已安装。</translation>
+    </message>
+    <message>
+        <source> GigE driver is not installed.</source>
+        <translation> GigE驱动未安装。</translation>
+    </message>
+    <message>
+        <source>USB driver is installed.</source>
+        <translation>USB驱动已安装。</translation>
+    </message>
+    <message>
+        <source> USB driver is not installed.</source>
+        <translation> USB驱动未安装。</translation>
+    </message>
+    <message>
+        <source>Name     : </source>
+        <translation>名称     : </translation>
+    </message>
+    <message>
+        <source>Provider : </source>
+        <translation>提供商   : </translation>
+    </message>
+    <message>
+        <source>Date     : </source>
+        <translation>日期     : </translation>
+    </message>
+    <message>
+        <source>Version  : </source>
+        <translation>版本     : </translation>
+    </message>
+    <message>
+        <source>The Jumbo Packet is enabled(value = %1)</source>
+        <translation>巨帧已启用（值 = %1）</translation>
+    </message>
+    <message>
+        <source>The Jumbo Packet isn&apos;t enabled</source>
+        <translation>巨帧未启用</translation>
+    </message>
+    <message>
+        <source>The firewall hasn&apos;t been opened</source>
+        <translation>防火墙未开启</translation>
+    </message>
+    <message>
+        <source>The firewall has been opened</source>
+        <translation>防火墙已开启</translation>
+    </message>
+    <message>
+        <source>CPU               : </source>
+        <translation>处理器            : </translation>
+    </message>
+    <message>
+        <source>CPU Core Number   : </source>
+        <translation>处理器核心数      : </translation>
+    </message>
+    <message>
+        <source>Available Memory  : </source>
+        <translation>可用内存          : </translation>
+    </message>
+    <message>
+        <source>Endianess         : </source>
+        <translation>字节序            : </translation>
+    </message>
+    <message>
+        <source>Operating System  : </source>
+        <translation>操作系统          : </translation>
+    </message>
+    <message>
+        <source>Graphic Chipset   : </source>
+        <translation>显卡芯片组        : </translation>
+    </message>
+    <message>
+        <source>Screen Resolution : </source>
+        <translation>屏幕分辨率        : </translation>
+    </message>
 </context>
 <context>
     <name>VxOneKeyResultTree</name>
     <message>
         <source> (%1 Exception(s))</source>
         <translation>（%1项异常）</translation>
+    </message>
+    <message>
+        <source>Installing GigE driver...</source>
+        <translation>正在安装GigE驱动...</translation>
+    </message>
+    <message>
+        <source>Installing USB driver...</source>
+        <translation>正在安装USB驱动...</translation>
     </message>
 </context>
 <context>
@@ -525,105 +698,6 @@
     </message>
 </context>
 <context>
-    <name>VxResultText</name>
-    <message>
-        <source>Unknown</source>
-        <translation>未知</translation>
-    </message>
-    <message>
-        <source> No other SDK files were found</source>
-        <translation> 未发现其他SDK文件</translation>
-    </message>
-    <message>
-        <source>The Other SDK Files :</source>
-        <translation>其他SDK文件：</translation>
-    </message>
-    <message>
-        <source>Environment Variables are correct</source>
-        <translation>环境变量正确</translation>
-    </message>
-    <message>
-        <source>The following environment variables are exceptional:</source>
-        <translation>以下环境变量异常：</translation>
-    </message>
-    <message>
-        <source>GigE driver is installed.</source>
-        <translation>GigE驱动已安装。</translation>
-    </message>
-    <message>
-        <source> GigE driver is not installed.</source>
-        <translation> GigE驱动未安装。</translation>
-    </message>
-    <message>
-        <source>USB driver is installed.</source>
-        <translation>USB驱动已安装。</translation>
-    </message>
-    <message>
-        <source> USB driver is not installed.</source>
-        <translation> USB驱动未安装。</translation>
-    </message>
-    <message>
-        <source>Name     : </source>
-        <translation>名称     : </translation>
-    </message>
-    <message>
-        <source>Provider : </source>
-        <translation>提供商   : </translation>
-    </message>
-    <message>
-        <source>Date     : </source>
-        <translation>日期     : </translation>
-    </message>
-    <message>
-        <source>Version  : </source>
-        <translation>版本     : </translation>
-    </message>
-    <message>
-        <source>The Jumbo Packet is enabled(value = %1)</source>
-        <translation>巨帧已启用（值 = %1）</translation>
-    </message>
-    <message>
-        <source>The Jumbo Packet isn&apos;t enabled</source>
-        <translation>巨帧未启用</translation>
-    </message>
-    <message>
-        <source>The firewall hasn&apos;t been opened</source>
-        <translation>防火墙未开启</translation>
-    </message>
-    <message>
-        <source>The firewall has been opened</source>
-        <translation>防火墙已开启</translation>
-    </message>
-    <message>
-        <source>CPU               : </source>
-        <translation>处理器            : </translation>
-    </message>
-    <message>
-        <source>CPU Core Number   : </source>
-        <translation>处理器核心数      : </translation>
-    </message>
-    <message>
-        <source>Available Memory  : </source>
-        <translation>可用内存          : </translation>
-    </message>
-    <message>
-        <source>Endianess         : </source>
-        <translation>字节序            : </translation>
-    </message>
-    <message>
-        <source>Operating System  : </source>
-        <translation>操作系统          : </translation>
-    </message>
-    <message>
-        <source>Graphic Chipset   : </source>
-        <translation>显卡芯片组        : </translation>
-    </message>
-    <message>
-        <source>Screen Resolution : </source>
-        <translation>屏幕分辨率        : </translation>
-    </message>
-</context>
-<context>
     <name>VxSDKFileClearDlg</name>
     <message>
         <source>SDK File Info</source>
@@ -738,6 +812,13 @@
     <message>
         <source>USB Controller Driver Info</source>
         <translation>USB控制器驱动信息</translation>
+    </message>
+</context>
+<context>
+    <name>VxUsbBasicInfoDlg</name>
+    <message>
+        <source>USB Controller Info</source>
+        <translation>USB控制器信息</translation>
     </message>
 </context>
 </TS>
