@@ -101,7 +101,7 @@ void TstTranslations::sampleTranslations_data()
                                              << QString::fromUtf8("检查并修复");
     QTest::addRow("group PC System Diagnosis") << "Vetrix_zh.qm" << "VxOneKeyResult" << "PC System Diagnosis"
                                                << QString::fromUtf8("PC系统诊断");
-    QTest::addRow("report label keeps its colon") << "Vetrix_zh.qm" << "VxResultText" << "Screen Resolution : "
+    QTest::addRow("report label keeps its colon") << "Vetrix_zh.qm" << "VxOneKeyResult" << "Screen Resolution : "
                                                   << QString::fromUtf8("屏幕分辨率        : ");
     QTest::addRow("base unknown fact") << "Basekit_zh_CN.qm" << "LuInterface" << "Unknown" << QString::fromUtf8("未知");
     QTest::addRow("base byte order") << "Basekit_zh_CN.qm" << "LuInterface" << "Little Endian" << QString::fromUtf8("小端序");
