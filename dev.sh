@@ -14,6 +14,8 @@ PACKAGES=(
     imagemagick  # tools/screenshot captures the virtual display with import
     # tests: sanitizer runtimes come with g++; network namespaces need iproute2
     iproute2 xvfb xauth
+    # Windows sources are syntax-checked with mingw-w64 (tools/check-windows)
+    g++-mingw-w64-x86-64-posix
     desktop-file-utils  # tests/packaging validates the .desktop file
 )
 

@@ -18,7 +18,8 @@ VxResourceSampler::VxResourceSampler()
     using RtlGetNtVersionNumbersFn = void(WINAPI *)(DWORD *, DWORD *, DWORD *);
     if (HMODULE hNtdll = LoadLibraryW(L"ntdll.dll")) {
         auto pGetVersion =
-            reinterpret_cast<RtlGetNtVersionNumbersFn>(GetProcAddress(hNtdll, "RtlGetNtVersionNumbers"));
+            reinterpret_cast<RtlGetNtVersionNumbersFn>(
+                reinterpret_cast<void (*)()>(GetProcAddress(hNtdll, "RtlGetNtVersionNumbers")));
         if (pGetVersion) {
             DWORD uMajor = 0, uMinor = 0, uBuild = 0;
             pGetVersion(&uMajor, &uMinor, &uBuild);

@@ -48,7 +48,9 @@ bool vxPlatformCheck()
     using GetNativeSystemInfoFn = void(WINAPI *)(LPSYSTEM_INFO);
     HMODULE hKernel = GetModuleHandleW(L"kernel32");
     auto pGetNativeSystemInfo =
-        hKernel ? reinterpret_cast<GetNativeSystemInfoFn>(GetProcAddress(hKernel, "GetNativeSystemInfo")) : nullptr;
+        hKernel ? reinterpret_cast<GetNativeSystemInfoFn>(
+                      reinterpret_cast<void (*)()>(GetProcAddress(hKernel, "GetNativeSystemInfo")))
+                : nullptr;
     if (pGetNativeSystemInfo) {
         SYSTEM_INFO info = {};
         pGetNativeSystemInfo(&info);
