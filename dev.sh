@@ -13,7 +13,7 @@ PACKAGES=(
     libxcb1-dev  # kit: asks X11 whether a compositor runs (window shadows)
     imagemagick  # tools/screenshot captures the virtual display with import
     # tests: sanitizer runtimes come with g++; network namespaces need iproute2
-    iproute2 xvfb xauth
+    iproute2 xvfb xauth dbus-daemon
     # Windows sources are syntax-checked with mingw-w64 (tools/check-windows)
     g++-mingw-w64-x86-64-posix
     desktop-file-utils  # tests/packaging validates the .desktop file
