@@ -9,6 +9,7 @@
 #include "vxoperaterunner.h"
 #include "vxsdkfilecleardlg.h"
 #include "vxsysteminfolauncher.h"
+#include "vxusbbasicinfodlg.h"
 #include "vxusbdriverdlg.h"
 
 #include <QLoggingCategory>
@@ -71,7 +72,16 @@ void VxOneKeyResultTree::openJumboDialog(CDetectInfo *pInfo)
 
 void VxOneKeyResultTree::openUsbTreeDialog(CDetectInfo *pInfo)
 {
-    qCInfo(lcActions) << "the USB tree viewer is not part of this build; item" << (pInfo ? pInfo->nItem : 0);
+    // The viewer reads the record's tree; the operate thread keeps owning it.
+    auto *pRecord = dynamic_cast<CUsbBasicDetectInfo *>(pInfo);
+    if (!pRecord)
+        return;
+    try {
+        VxUsbBasicInfoDlg dialog(pRecord, false, window());
+        dialog.exec();
+    } catch (const std::exception &error) {
+        qCWarning(lcActions) << "cannot build the dialog of item" << pInfo->nItem << error.what();
+    }
 }
 
 void VxOneKeyResultTree::openSystemInfo(CDetectInfo *pInfo)
