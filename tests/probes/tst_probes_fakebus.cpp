@@ -46,6 +46,16 @@ public:
     QString activeState() const { return strState; }
 };
 
+class FakeFirewalld : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.fedoraproject.FirewallD1")
+    Q_PROPERTY(QString state READ state)
+public:
+    QString strState;
+    QString state() const { return strState; }
+};
+
 class FakeNetworkManager : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -106,6 +116,7 @@ private:
     FakeSystemdManager *m_pManager = nullptr;
     QMap<QString, FakeUnit *> m_mapUnits;
     FakeProfile *m_pProfile = nullptr;
+    FakeFirewalld *m_pFirewalld = nullptr;
     QList<QObject *> m_listObjects;
 
     template<typename T>
@@ -144,6 +155,10 @@ private slots:
         serve<FakeDevice>(bus, "/org/freedesktop/NetworkManager/Devices/1");
         serve<FakeActive>(bus, "/org/freedesktop/NetworkManager/ActiveConnection/1");
         m_pProfile = serve<FakeProfile>(bus, "/org/freedesktop/NetworkManager/Settings/1");
+        // firewalld on a connection of its own, so its name can come and go.
+        QDBusConnection firewalldBus = QDBusConnection::connectToBus(QString::fromLatin1(address), "fake-firewalld");
+        QVERIFY(firewalldBus.isConnected());
+        m_pFirewalld = serve<FakeFirewalld>(firewalldBus, "/org/fedoraproject/FirewallD1");
         QVERIFY(bus.registerService("org.freedesktop.systemd1"));
         QVERIFY(bus.registerService("org.freedesktop.NetworkManager"));
     }
@@ -154,6 +169,7 @@ private slots:
         m_serviceThread.wait();
         qDeleteAll(m_listObjects);
         QDBusConnection::disconnectFromBus("fake-services");
+        QDBusConnection::disconnectFromBus("fake-firewalld");
         m_daemon.terminate();
         m_daemon.waitForFinished(5000);
     }
@@ -187,6 +203,35 @@ private slots:
         timer.start();
         QCOMPARE(FirewallStatus().isEnabled(), enabled);
         QVERIFY(timer.elapsed() < 3000); // firewalld is absent from the bus: no activation, no wait
+    }
+
+    void firewalldState_data()
+    {
+        QTest::addColumn<QString>("state"); // "" = firewalld not on the bus
+        QTest::addColumn<bool>("enabled");
+        QTest::newRow("not on the bus") << "" << false;
+        QTest::newRow("RUNNING") << "RUNNING" << true;
+        QTest::newRow("FAILED") << "FAILED" << false;
+    }
+    void firewalldState()
+    {
+        QFETCH(QString, state);
+        QFETCH(bool, enabled);
+        QMetaObject::invokeMethod(
+            m_pManager,
+            [this] {
+                m_pManager->mapStates.clear();
+                for (FakeUnit *pUnit : qAsConst(m_mapUnits))
+                    pUnit->strState.clear();
+            },
+            Qt::BlockingQueuedConnection);
+        QMetaObject::invokeMethod(m_pFirewalld, [this, state] { m_pFirewalld->strState = state; }, Qt::BlockingQueuedConnection);
+        QDBusConnection firewalldBus(QDBusConnection::connectToBus(QString::fromLatin1(qgetenv("DBUS_SYSTEM_BUS_ADDRESS")), "fake-firewalld"));
+        if (state.isEmpty())
+            firewalldBus.unregisterService("org.fedoraproject.FirewallD1");
+        else
+            QVERIFY(firewalldBus.registerService("org.fedoraproject.FirewallD1"));
+        QCOMPARE(FirewallStatus().isEnabled(), enabled);
     }
 
     void networkManagerProfileGetsTheMtu()
