@@ -177,9 +177,11 @@ bool initLog4qtConfig(const QString &strFile)
     Level rootLevel = LevelDebug;
     if (!parseLevel(listRoot.takeFirst(), rootLevel))
         return false;
-    // Qt's own "qt.*" categories keep their debug output off unless the
-    // file names them.
-    QString strRules = levelRules(QStringLiteral("*"), rootLevel) + QStringLiteral("qt.*.debug=false\n");
+    // Qt's own "qt.*" categories keep their debug and info output off unless
+    // the file names them: at info level some of them (widget painting, for
+    // one) write a line for every paint.
+    QString strRules =
+        levelRules(QStringLiteral("*"), rootLevel) + QStringLiteral("qt.*.debug=false\nqt.*.info=false\n");
 
     const QString strLoggerPrefix = QStringLiteral("log4j.logger.");
     for (auto it = mapProps.constBegin(); it != mapProps.constEnd(); ++it) {
