@@ -1,6 +1,9 @@
 #include "cdetectinfo.h"
 #include "custom.h"
+#include "customloadingdialog.h"
 #include "custompushbutton.h"
+#include "vxdialogprobes.h"
+#include "../engine/fakeprobes.h"
 #include "vxitems.h"
 #include "vxonekeyresulttree.h"
 
@@ -47,6 +50,7 @@ private slots:
     void buttonsOpenTheirDialogs();
     void clearResults();
     void logTextHoldsDiagnosedRows();
+    void installDriverShowsLoadingUntilInstalled();
 };
 
 void TestVxOneKeyResultTree::initTestCase()
@@ -217,6 +221,47 @@ void TestVxOneKeyResultTree::logTextHoldsDiagnosedRows()
     const QString strLog = tree.logText();
     QVERIFY(strLog.contains("|    |----3-1: PC Firewall Status\r\n|    |     The firewall hasn't been opened\r\n"));
     QVERIFY(!strLog.contains("1-1"));
+}
+
+void TestVxOneKeyResultTree::installDriverShowsLoadingUntilInstalled()
+{
+    // The installer starts; the third status poll finds the driver.
+    FakeProbes fakes;
+    fakes.nChecksUntilInstalled = 3;
+    fakes.onStatusCheck = [] { QThread::msleep(50); };
+    VxDialogProbes::setTable(fakes.table());
+    VxOneKeyResultTree tree;
+    tree.show();
+    std::unique_ptr<CDetectInfo> pInfo(createDetectInfo(4));
+    pInfo->bNormal = 0;
+    tree.updateItem(pInfo.get());
+    QCOMPARE(tree.button(4)->text(), QStringLiteral("Install Driver"));
+
+    // Watch the loading box while the click runs the installation.
+    QStringList listSeen;
+    QTimer watcher;
+    connect(&watcher, &QTimer::timeout, this, [&listSeen] {
+        for (QWidget *pWidget : QApplication::topLevelWidgets()) {
+            auto *pLoading = qobject_cast<CustomLoadingDialog *>(pWidget);
+            if (pLoading && pLoading->isVisible() && !listSeen.contains(pLoading->LabelText()))
+                listSeen << pLoading->LabelText();
+        }
+    });
+    watcher.start(10);
+    QTest::mouseClick(tree.button(4), Qt::LeftButton);
+    watcher.stop();
+    VxDialogProbes::resetTable();
+
+    QCOMPARE(listSeen, QStringList{"Installing GigE driver..."});
+    QCOMPARE(fakes.takeCalls(), (QStringList{"install 4", "detect 4", "detect 4", "detect 4"}));
+    QCOMPARE(pInfo->bNormal, 1);
+    QCOMPARE(tree.button(4)->text(), QStringLiteral("Installed"));
+    QVERIFY(!tree.button(4)->isEnabled());
+    QCOMPARE(tree.itemRow(4)->data(0, VxOneKeyResultTree::RoleSeverity).toInt(), 0);
+    for (QWidget *pWidget : QApplication::topLevelWidgets()) {
+        if (auto *pLoading = qobject_cast<CustomLoadingDialog *>(pWidget))
+            QVERIFY(!pLoading->isVisible());
+    }
 }
 
 QTEST_MAIN(TestVxOneKeyResultTree)
