@@ -33,13 +33,14 @@ CEnvDetectInfo fixture(int nVariables, bool bNormal)
     return info;
 }
 
-// Repairs that succeed, or lack the rights.
-void installProbes(bool bAuthorized, int *pChecks = nullptr)
+// Repairs that succeed, or end the privileged part with a failure.
+void installProbes(bool bAuthorized, int *pChecks = nullptr,
+                   VxRepairStatus failure = VxRepairStatus::NotAuthorized)
 {
     VxProbeTable table;
-    table.envRepair = [bAuthorized](CEnvDetectInfo &info) {
+    table.envRepair = [bAuthorized, failure](CEnvDetectInfo &info) {
         if (!bAuthorized) {
-            VxPrivileged::setLastStatus(VxRepairStatus::NotAuthorized);
+            VxPrivileged::setLastStatus(failure);
             return;
         }
         info.missingValues.clear();
@@ -194,6 +195,31 @@ private slots:
         QCOMPARE(dialog.table()->item(0, 2)->text(), QStringLiteral("Exception"));
         QCOMPARE(catcher.listTexts.size(), 1);
         QVERIFY(catcher.listTexts.first().contains(QLatin1String("administrator rights")));
+    }
+
+    void eachFailureHasItsMessage_data()
+    {
+        QTest::addColumn<int>("nStatus");
+        QTest::addColumn<QString>("strFragment");
+        QTest::addRow("rights refused") << int(VxRepairStatus::NotAuthorized) << QStringLiteral("administrator rights");
+        QTest::addRow("helper missing") << int(VxRepairStatus::HelperMissing) << QStringLiteral("could not be started");
+        QTest::addRow("helper refused") << int(VxRepairStatus::Refused) << QStringLiteral("refused the values");
+        QTest::addRow("write failed") << int(VxRepairStatus::Failed) << QStringLiteral("could not be written");
+    }
+
+    void eachFailureHasItsMessage()
+    {
+        QFETCH(int, nStatus);
+        QFETCH(QString, strFragment);
+        installProbes(false, nullptr, VxRepairStatus(nStatus));
+        CEnvDetectInfo info = fixture(4, false);
+        VxEnvCheckDlg dialog(&info);
+        dialog.show();
+        DialogTest::MessageBoxCatcher catcher;
+        QTest::mouseClick(dialog.cButton(0), Qt::LeftButton);
+        QCOMPARE(catcher.listTexts.size(), 1);
+        QVERIFY2(catcher.listTexts.first().contains(strFragment), qPrintable(catcher.listTexts.first()));
+        QCOMPARE(info.bNormal, 0);
     }
 
     void nullItemFailsTheBuild()
