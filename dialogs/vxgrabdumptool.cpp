@@ -4,6 +4,7 @@
 #include "custommessagebox.h"
 #include "customtitlebar.h"
 #include "dumpgrabber.h"
+#include "kitstyle.h"
 #include "luinterface.h"
 
 #include <QDir>
@@ -53,7 +54,8 @@ bool VxGrabDumpTool::init()
         return false;
     pExplain->setWordWrap(true);
     pExplain->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    pExplain->setStyleSheet(QStringLiteral("color: #5C6370;"));
+    pExplain->setStyleSheet(QStringLiteral("color: %1;").arg(KitStyle::textSecondary()));
+    pPathLabel->setStyleSheet(QStringLiteral("color: %1;").arg(KitStyle::text()));
     pLayout->setContentsMargins(20, 16, 20, 8);
     pLayout->setSpacing(8);
     pLayout->addWidget(pPathLabel);
