@@ -67,6 +67,8 @@ bool VxUsbBasicInfoDlg::init()
     pTable->setColumnWidth(0, 220);
     pTable->setColumnWidth(1, 253);
     pTable->setFixedSize(483, 440);
+    // The columns fill the table; a vertical scroll bar only narrows the value column.
+    pTable->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     pTable->horizontalHeader()->hide();
     pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     pTable->setItemDelegate(pDelegate);
@@ -100,7 +102,7 @@ bool VxUsbBasicInfoDlg::init()
     auto *pRow = new (std::nothrow) QHBoxLayout;
     if (!pColumn || !pRow)
         return false;
-    pColumn->setContentsMargins(15, 10, 15, 0);
+    pColumn->setContentsMargins(15, 4, 15, 0);
     pColumn->setSpacing(0);
     pRow->setSpacing(10);
     pRow->addWidget(pTree, 0, Qt::AlignTop);
