@@ -127,15 +127,23 @@ QString timingsText(const QVector<VxCheckItem> &items)
 {
     QString strText = QCoreApplication::translate("VxCheckReport", "Probe times:") + QLatin1Char('\n');
     double dTotal = 0.0;
+    double dSdkWalk = 0.0;
     for (const VxCheckItem &item : items) {
         if (!item.pInfo)
             continue;
         dTotal += item.dTimeMs;
+        if (item.nItem == VxItems::SdkFiles)
+            dSdkWalk = item.dTimeMs;
         strText += QStringLiteral("  %1  %2 ms\n").arg(VxItems::itemName(item.nItem), -34).arg(item.dTimeMs, 9, 'f', 1);
     }
     strText += QStringLiteral("  %1  %2 ms\n")
                    .arg(QCoreApplication::translate("VxCheckReport", "Total"), -34)
                    .arg(dTotal, 9, 'f', 1);
+    // The library folder walk dominates and depends on the disk; the rest is
+    // what a diagnosis costs beyond it.
+    strText += QStringLiteral("  %1  %2 ms\n")
+                   .arg(QCoreApplication::translate("VxCheckReport", "Total without the SDK file walk"), -34)
+                   .arg(dTotal - dSdkWalk, 9, 'f', 1);
     return strText;
 }
 

@@ -12,6 +12,7 @@ private slots:
     void jsonCarriesEveryField();
     void unavailableItemIsNotPassing();
     void logTextMarksUnavailable();
+    void timingsLeaveOutTheSdkWalk();
 };
 
 void TestVxCheckReport::parseItems_data()
@@ -95,6 +96,20 @@ void TestVxCheckReport::logTextMarksUnavailable()
     const QString strText = VxCheckReport::logText({{1024, &firewall, 0.0}, {2048, nullptr, 0.0}});
     QVERIFY(strText.contains("|    |----3-1: PC Firewall Status\r\n|    |     The firewall hasn't been opened\r\n"));
     QVERIFY(strText.contains("|    |----3-2: Systm Info\r\n|    |     Not available"));
+}
+
+void TestVxCheckReport::timingsLeaveOutTheSdkWalk()
+{
+    CDetectInfo sdk;
+    sdk.nItem = 1;
+    CDetectInfo firewall;
+    firewall.nItem = 1024;
+    const QString strText = VxCheckReport::timingsText({{1, &sdk, 80.0}, {1024, &firewall, 2.5}, {2048, nullptr, 0}});
+    const QStringList lines = strText.split('\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 5);
+    QVERIFY(lines.at(1).contains("SDK File Saving Path") && lines.at(1).endsWith("80.0 ms"));
+    QVERIFY(lines.at(3).contains("Total") && lines.at(3).endsWith("82.5 ms"));
+    QVERIFY(lines.at(4).contains("Total without the SDK file walk") && lines.at(4).endsWith("2.5 ms"));
 }
 
 QTEST_GUILESS_MAIN(TestVxCheckReport)
