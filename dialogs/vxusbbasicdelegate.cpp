@@ -33,7 +33,7 @@ void VxUsbBasicDelegate::paint(QPainter *pPainter, const QStyleOptionViewItem &o
     pPainter->save();
     pPainter->setFont(textFont(opt.font, index.column()));
     pStyle->drawItemText(pPainter, textRect(opt.rect, index.column()),
-                         Qt::AlignLeft | Qt::AlignTop | Qt::TextExpandTabs | Qt::TextForceLeftToRight, opt.palette,
-                         true, opt.text, QPalette::WindowText);
+        Qt::AlignLeft | Qt::AlignTop | Qt::TextExpandTabs | Qt::TextForceLeftToRight, opt.palette, true, opt.text,
+        QPalette::WindowText);
     pPainter->restore();
 }

@@ -1,11 +1,11 @@
 #include "vxusbbasicinfodlg.h"
 
 #include "cdetectinfo.h"
+#include "cusblinesink.h"
+#include "cusbtreedecoder.h"
 #include "customtablewidget.h"
 #include "customtitlebar.h"
 #include "customtreewidget.h"
-#include "cusblinesink.h"
-#include "cusbtreedecoder.h"
 #include "probekit.h"
 #include "vxusbbasicdelegate.h"
 

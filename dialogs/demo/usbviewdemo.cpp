@@ -38,11 +38,12 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QCommandLineParser parser;
-    parser.addOption({QStringLiteral("lang"), QStringLiteral("zh or en"), QStringLiteral("lang"), QStringLiteral("en")});
+    parser.addOption(
+        {QStringLiteral("lang"), QStringLiteral("zh or en"), QStringLiteral("lang"), QStringLiteral("en")});
     parser.addOption({QStringLiteral("select"), QStringLiteral("node to select"), QStringLiteral("node"),
-                      QStringLiteral("controller")});
-    parser.addOption({QStringLiteral("root"), QStringLiteral("system root"), QStringLiteral("dir"),
-                      QStringLiteral(VX_USB_FIXTURE)});
+        QStringLiteral("controller")});
+    parser.addOption(
+        {QStringLiteral("root"), QStringLiteral("system root"), QStringLiteral("dir"), QStringLiteral(VX_USB_FIXTURE)});
     parser.process(app);
 
     const QString strDir = QCoreApplication::applicationDirPath();
@@ -72,8 +73,8 @@ int main(int argc, char *argv[])
         VxUsbBasicInfoDlg dialog(&info);
         const QString strName = nodeName(parser.value(QStringLiteral("select")));
         if (!strName.isEmpty()) {
-            const QList<QTreeWidgetItem *> listFound =
-                dialog.tree()->findItems(strName, Qt::MatchExactly | Qt::MatchRecursive);
+            const QList<QTreeWidgetItem *> listFound
+                = dialog.tree()->findItems(strName, Qt::MatchExactly | Qt::MatchRecursive);
             if (!listFound.isEmpty())
                 dialog.tree()->setCurrentItem(listFound.first());
         }

@@ -3,13 +3,13 @@
 // lines, broken long lines and headings, hand-made trees with missing parts,
 // and the table delegate's drawing.
 #include "cdetectinfo.h"
+#include "cusblinesink.h"
+#include "cusbtreedecoder.h"
 #include "custom.h"
 #include "custompushbutton.h"
 #include "customtablewidget.h"
 #include "customtitlebar.h"
 #include "customtreewidget.h"
-#include "cusblinesink.h"
-#include "cusbtreedecoder.h"
 #include "dialogtestutil.h"
 #include "probekit.h"
 #include "usbprobe.h"
@@ -55,7 +55,8 @@ public:
     UsbTreeItem *add(UsbTreeItem *pParent, const QString &strName, void *pInfo)
     {
         names.push_back(strName);
-        items.push_back(UsbTreeItem{reinterpret_cast<const UsbWChar *>(names.back().utf16()), pParent, pInfo, nullptr});
+        items.push_back(
+            UsbTreeItem {reinterpret_cast<const UsbWChar *>(names.back().utf16()), pParent, pInfo, nullptr});
         UsbTreeItem *pItem = &items.back();
         link(pParent ? &pParent->pChildren : &root.pChildren, pItem);
         return pItem;
@@ -65,7 +66,7 @@ public:
 
     UsbControllerInfo *controller(quint32 uVendor, quint32 uDevice)
     {
-        controllers.push_back(UsbControllerInfo{});
+        controllers.push_back(UsbControllerInfo {});
         UsbControllerInfo *p = &controllers.back();
         p->Kind = UsbNodeController;
         p->pDriverKey = reinterpret_cast<const UsbWChar *>(kDriverKey.utf16());
@@ -77,15 +78,15 @@ public:
     }
     UsbHubNodeInfo *hub(int nKind, quint32 uStatus)
     {
-        connections.push_back(UsbPortConnectionInfo{});
+        connections.push_back(UsbPortConnectionInfo {});
         connections.back().ConnectionStatus = uStatus;
         connections.back().DeviceDescriptor.bLength = 18;
         connections.back().DeviceDescriptor.bDescriptorType = 1;
-        hubInfos.push_back(UsbHubInformationBlock{});
+        hubInfos.push_back(UsbHubInformationBlock {});
         hubInfos.back().HubDescriptor.bNumberOfPorts = 2;
         hubInfos.back().HubDescriptor.wHubCharacteristics = 0x0009; // individual switching and over-current
         hubInfos.back().HubIsBusPowered = 1;
-        hubs.push_back(UsbHubNodeInfo{});
+        hubs.push_back(UsbHubNodeInfo {});
         UsbHubNodeInfo *p = &hubs.back();
         p->Kind = nKind;
         p->uHubFieldsKnown = USB_HUB_FIELDS_ALL;
@@ -96,20 +97,20 @@ public:
     }
     UsbDeviceNodeInfo *device(quint32 uStatus)
     {
-        connections.push_back(UsbPortConnectionInfo{});
+        connections.push_back(UsbPortConnectionInfo {});
         connections.back().ConnectionStatus = uStatus;
-        devices.push_back(UsbDeviceNodeInfo{});
+        devices.push_back(UsbDeviceNodeInfo {});
         devices.back().Kind = UsbNodeDevice;
         devices.back().pConnectionInfo = &connections.back();
         return &devices.back();
     }
 
-    UsbRootItem root{};
+    UsbRootItem root {};
 
 private:
     void link(UsbListNode **ppList, UsbTreeItem *pItem)
     {
-        cells.push_back(UsbListNode{pItem, nullptr});
+        cells.push_back(UsbListNode {pItem, nullptr});
         while (*ppList)
             ppList = &(*ppList)->pNext;
         *ppList = &cells.back();
@@ -150,7 +151,7 @@ Lines tableLines(const QTableWidget *pTable)
         const QTableWidgetItem *pLabel = pTable->item(nRow, 0);
         const QTableWidgetItem *pValue = pTable->item(nRow, 1);
         lines.append(qMakePair(pLabel ? pLabel->text().remove(kBreak) : QStringLiteral("<none>"),
-                               pValue ? pValue->text().remove(kBreak) : QStringLiteral("<none>")));
+            pValue ? pValue->text().remove(kBreak) : QStringLiteral("<none>")));
     }
     return lines;
 }
@@ -317,12 +318,12 @@ private slots:
         QStringList listNames;
         collectNames(dialog.tree()->invisibleRootItem(), listNames);
         QCOMPARE(listNames,
-                 QStringList({"Red Hat, Inc. QEMU XHCI Host Controller", "Root Hub usb1 (USB 2.0)",
-                              "[Port1] DeviceConnected : QEMU USB Hub", "[Port1] DeviceConnected : QEMU USB Keyboard",
-                              "[Port2] DeviceConnected : QEMU USB Tablet", "[Port3] DeviceConnected : QEMU USB Audio",
-                              "[Port4] DeviceConnected : QEMU USB Hub", "[Port1] DeviceConnected : QEMU USB Mouse",
-                              "[Port2] DeviceConnected : QEMU USB Mouse", "[Port3] DeviceConnected : QEMU USB Audio",
-                              "Root Hub usb2 (USB 3.0)", "[Port4] DeviceConnected : USB Attached SCSI HBA"}));
+            QStringList({"Red Hat, Inc. QEMU XHCI Host Controller", "Root Hub usb1 (USB 2.0)",
+                "[Port1] DeviceConnected : QEMU USB Hub", "[Port1] DeviceConnected : QEMU USB Keyboard",
+                "[Port2] DeviceConnected : QEMU USB Tablet", "[Port3] DeviceConnected : QEMU USB Audio",
+                "[Port4] DeviceConnected : QEMU USB Hub", "[Port1] DeviceConnected : QEMU USB Mouse",
+                "[Port2] DeviceConnected : QEMU USB Mouse", "[Port3] DeviceConnected : QEMU USB Audio",
+                "Root Hub usb2 (USB 3.0)", "[Port4] DeviceConnected : USB Attached SCSI HBA"}));
         // The shape: one controller with two root hubs; behind the first, a
         // hub with three devices and a second hub (with a mouse), and a mouse
         // and an audio device on the root hub's own ports.
@@ -334,7 +335,8 @@ private slots:
         QCOMPARE(pRootHub->childCount(), 3);
         QCOMPARE(pRootHub->child(0)->childCount(), 4);
         QCOMPARE(pRootHub->child(0)->child(3)->childCount(), 1);
-        QCOMPARE(pRootHub->child(0)->child(3)->child(0)->text(0), QStringLiteral("[Port1] DeviceConnected : QEMU USB Mouse"));
+        QCOMPARE(pRootHub->child(0)->child(3)->child(0)->text(0),
+            QStringLiteral("[Port1] DeviceConnected : QEMU USB Mouse"));
         QCOMPARE(pRootHub->child(1)->childCount(), 0);
         QCOMPARE(pController->child(1)->childCount(), 1);
         // Every item is expanded, carries its node and shows its name as tip.
@@ -360,7 +362,7 @@ private slots:
         QTreeWidgetItem *pController = dialog.tree()->topLevelItem(0);
         QCOMPARE(dialog.tree()->currentItem(), pController);
         const Lines expected = {{"DriverKey:", "0000:00:05.0"}, {"VendorID:", "0x1B36"}, {"DeviceID:", "0xD"},
-                                {"SubSysID:", "0x11001AF4"},   {"Revision:", "0x1"}};
+            {"SubSysID:", "0x11001AF4"}, {"Revision:", "0x1"}};
         QCOMPARE(tableLines(dialog.table()), expected);
         for (int nRow = 0; nRow < dialog.table()->rowCount(); ++nRow)
             QCOMPARE(dialog.table()->rowHeight(nRow), VxUsbBasicInfoDlg::kRowHeight);
@@ -371,14 +373,24 @@ private slots:
         QTest::addColumn<QString>("strName");
         QTest::addColumn<QString>("strLabel");
         QTest::addColumn<QString>("strValue");
-        QTest::addRow("controller") << "Red Hat, Inc. QEMU XHCI Host Controller" << "VendorID:" << "0x1B36";
-        QTest::addRow("root hub") << "Root Hub usb1 (USB 2.0)" << "Root Hub:" << "usb1";
-        QTest::addRow("external hub") << "[Port1] DeviceConnected : QEMU USB Hub" << "External Hub:" << "1-1";
-        QTest::addRow("keyboard") << "[Port1] DeviceConnected : QEMU USB Keyboard" << "" << "\"QEMU USB Keyboard\"";
-        QTest::addRow("audio device") << "[Port3] DeviceConnected : QEMU USB Audio" << "bDescriptorType:"
+        QTest::addRow("controller") << "Red Hat, Inc. QEMU XHCI Host Controller"
+                                    << "VendorID:"
+                                    << "0x1B36";
+        QTest::addRow("root hub") << "Root Hub usb1 (USB 2.0)"
+                                  << "Root Hub:"
+                                  << "usb1";
+        QTest::addRow("external hub") << "[Port1] DeviceConnected : QEMU USB Hub"
+                                      << "External Hub:"
+                                      << "1-1";
+        QTest::addRow("keyboard") << "[Port1] DeviceConnected : QEMU USB Keyboard"
+                                  << ""
+                                  << "\"QEMU USB Keyboard\"";
+        QTest::addRow("audio device") << "[Port3] DeviceConnected : QEMU USB Audio"
+                                      << "bDescriptorType:"
                                       << "0x24";
         QTest::addRow("super speed device") << "[Port4] DeviceConnected : USB Attached SCSI HBA"
-                                            << "ConnectionStatus:" << "DeviceConnected";
+                                            << "ConnectionStatus:"
+                                            << "DeviceConnected";
     }
 
     void selectingANodeShowsItsLines()
@@ -434,8 +446,8 @@ private slots:
         QCOMPARE(listAdded.size(), rows.size());
         for (int i = 0; i < rows.size(); ++i) {
             const QString strExpected = rows.at(i).first.isEmpty() && rows.at(i).second.isEmpty()
-                                            ? QStringLiteral("  ")
-                                            : rows.at(i).first + QStringLiteral("    ") + rows.at(i).second;
+                ? QStringLiteral("  ")
+                : rows.at(i).first + QStringLiteral("    ") + rows.at(i).second;
             QCOMPARE(listAdded.at(i), strExpected);
         }
     }
@@ -459,12 +471,12 @@ private slots:
         QTest::addColumn<QString>("strName");
         QTest::addColumn<QStringList>("listExpected");
         QTest::addRow("root hub") << "Root Hub usb1 (USB 2.0)"
-                                  << QStringList{"Root Hub:|usb1", "Hub Power:|Self Power", "Number of Ports:|4",
-                                                 "Extended Hub Capability Flags:|0x000013", "High speed Capable:|Yes",
-                                                 "Root hub:|Yes", "Reserved (26 bits):|0x000000"};
+                                  << QStringList {"Root Hub:|usb1", "Hub Power:|Self Power", "Number of Ports:|4",
+                                         "Extended Hub Capability Flags:|0x000013", "High speed Capable:|Yes",
+                                         "Root hub:|Yes", "Reserved (26 bits):|0x000000"};
         QTest::addRow("external hub") << "[Port4] DeviceConnected : QEMU USB Hub"
-                                      << QStringList{"External Hub:|1-1.4", "Number of Ports:|8", "Root hub:|No",
-                                                     "ConnectionStatus:|DeviceConnected", "Device Descriptor:|"};
+                                      << QStringList {"External Hub:|1-1.4", "Number of Ports:|8", "Root hub:|No",
+                                             "ConnectionStatus:|DeviceConnected", "Device Descriptor:|"};
     }
 
     void hubLines()
@@ -479,27 +491,24 @@ private slots:
         const Lines lines = tableLines(dialog.table());
         QCOMPARE(lines.value(0).first, listExpected.first().section('|', 0, 0));
         for (const QString &strLine : listExpected)
-            QVERIFY2(lines.contains(qMakePair(strLine.section('|', 0, 0), strLine.section('|', 1))), qPrintable(strLine));
+            QVERIFY2(
+                lines.contains(qMakePair(strLine.section('|', 0, 0), strLine.section('|', 1))), qPrintable(strLine));
     }
 
     void handMadeHubLines()
     {
         // A hub whose descriptor is known in full, with no capabilities at all.
         TreeBuilder builder;
-        UsbTreeItem *pController = builder.add(nullptr, QStringLiteral("Controller"), builder.controller(0x8086, 0x1E31));
+        UsbTreeItem *pController
+            = builder.add(nullptr, QStringLiteral("Controller"), builder.controller(0x8086, 0x1E31));
         builder.add(pController, QStringLiteral("Root Hub"), builder.hub(UsbNodeRootHub, 0));
         CUsbBasicDetectInfo info;
         info.pRootItem = &builder.root;
         VxUsbBasicInfoDlg dialog(&info);
         dialog.tree()->setCurrentItem(findItem(dialog.tree(), QStringLiteral("Root Hub")));
-        const Lines expected = {{"Root Hub:", "usb9"},
-                                {"Hub Power:", "Bus Power"},
-                                {"Number of Ports:", "2"},
-                                {"Power switching:", "Individual"},
-                                {"Compound device:", "No"},
-                                {"Over-current Protection:", "Individual"},
-                                {"Extended Hub Capabilities UNAVAILABLE", ""},
-                                {"Hub Capabilities UNAVAILABLE", ""}};
+        const Lines expected = {{"Root Hub:", "usb9"}, {"Hub Power:", "Bus Power"}, {"Number of Ports:", "2"},
+            {"Power switching:", "Individual"}, {"Compound device:", "No"}, {"Over-current Protection:", "Individual"},
+            {"Extended Hub Capabilities UNAVAILABLE", ""}, {"Hub Capabilities UNAVAILABLE", ""}};
         QCOMPARE(tableLines(dialog.table()), expected);
         QCOMPARE(dialog.table()->columnSpan(6, 0), 2);
         QCOMPARE(dialog.table()->columnSpan(7, 0), 2);
@@ -546,28 +555,31 @@ private slots:
         TreeBuilder builder;
         builder.addEmptyCell(nullptr);
         builder.add(nullptr, QStringLiteral("No information"), nullptr);
-        UsbTreeItem *pController = builder.add(nullptr, QStringLiteral("Controller"), builder.controller(0x8086, 0x1E31));
+        UsbTreeItem *pController
+            = builder.add(nullptr, QStringLiteral("Controller"), builder.controller(0x8086, 0x1E31));
         UsbTreeItem *pRootHub = builder.add(pController, QStringLiteral("Root Hub"), builder.hub(UsbNodeRootHub, 0));
-        UsbTreeItem *pHub = builder.add(pRootHub, QStringLiteral("Hub, ports empty"),
-                                        builder.hub(UsbNodeExternalHub, UsbDeviceConnected));
+        UsbTreeItem *pHub = builder.add(
+            pRootHub, QStringLiteral("Hub, ports empty"), builder.hub(UsbNodeExternalHub, UsbDeviceConnected));
         builder.add(pHub, QStringLiteral("[Port1] NoDeviceConnected"), builder.device(UsbNoDeviceConnected));
         builder.add(pHub, QStringLiteral("[Port2] NoDeviceConnected"), builder.device(UsbNoDeviceConnected));
         builder.addEmptyCell(pHub);
-        builder.add(pRootHub, QStringLiteral("Hub, not connected"), builder.hub(UsbNodeExternalHub, UsbNoDeviceConnected));
-        builder.add(pRootHub, QStringLiteral("[Port3] DeviceFailedEnumeration"),
-                    builder.device(UsbDeviceFailedEnumeration));
+        builder.add(
+            pRootHub, QStringLiteral("Hub, not connected"), builder.hub(UsbNodeExternalHub, UsbNoDeviceConnected));
+        builder.add(
+            pRootHub, QStringLiteral("[Port3] DeviceFailedEnumeration"), builder.device(UsbDeviceFailedEnumeration));
         CUsbBasicDetectInfo info;
         info.pRootItem = &builder.root;
         VxUsbBasicInfoDlg dialog(&info);
         QStringList listNames;
         collectNames(dialog.tree()->invisibleRootItem(), listNames);
-        QCOMPARE(listNames, QStringList({"Controller", "Root Hub", "Hub, ports empty", "[Port3] DeviceFailedEnumeration"}));
+        QCOMPARE(
+            listNames, QStringList({"Controller", "Root Hub", "Hub, ports empty", "[Port3] DeviceFailedEnumeration"}));
         QTreeWidgetItem *pHubItem = findItem(dialog.tree(), QStringLiteral("Hub, ports empty"));
         QCOMPARE(pHubItem->childCount(), 0);
         // A failed port still shows its connection line.
         dialog.tree()->setCurrentItem(findItem(dialog.tree(), QStringLiteral("[Port3] DeviceFailedEnumeration")));
         QCOMPARE(tableLines(dialog.table()).value(0),
-                 qMakePair(QStringLiteral("ConnectionStatus:"), QStringLiteral("DeviceFailedEnumeration")));
+            qMakePair(QStringLiteral("ConnectionStatus:"), QStringLiteral("DeviceFailedEnumeration")));
         info.pRootItem = nullptr;
     }
 
@@ -585,7 +597,7 @@ private slots:
         QCOMPARE(dialog.table()->rowCount(), 0);
         // An item without a node leaves the table as it is.
         dialog.showNode(dialog.tree()->topLevelItem(0));
-        QTreeWidgetItem bare(QStringList{QStringLiteral("bare")});
+        QTreeWidgetItem bare(QStringList {QStringLiteral("bare")});
         dialog.showNode(&bare);
         QCOMPARE(dialog.table()->rowCount(), 5);
         info.pRootItem = nullptr;
@@ -636,10 +648,14 @@ private slots:
         QTest::addColumn<QString>("strLabel");
         QTest::addColumn<QString>("strValue");
         QTest::addColumn<int>("nSpan");
-        QTest::addRow("heading") << "Device Descriptor:" << "" << 2;
-        QTest::addRow("blank line") << "" << "" << 2;
-        QTest::addRow("string line with no label") << "" << "\"QEMU\"" << 1;
-        QTest::addRow("label and value") << "bcdUSB:" << "0x0200" << 1;
+        QTest::addRow("heading") << "Device Descriptor:"
+                                 << "" << 2;
+        QTest::addRow("blank line") << ""
+                                    << "" << 2;
+        QTest::addRow("string line with no label") << ""
+                                                   << "\"QEMU\"" << 1;
+        QTest::addRow("label and value") << "bcdUSB:"
+                                         << "0x0200" << 1;
     }
 
     void headingSpansBothColumns()
@@ -664,10 +680,18 @@ private slots:
         QTest::addColumn<QString>("strLabel");
         QTest::addColumn<QString>("strValue");
         QTest::addColumn<QString>("strLine");
-        QTest::addRow("label and value") << "bcdUSB:" << "0x0200" << "bcdUSB:    0x0200";
-        QTest::addRow("heading") << "Device Descriptor:" << "" << "Device Descriptor:    ";
-        QTest::addRow("value only") << "" << "\"QEMU\"" << "    \"QEMU\"";
-        QTest::addRow("blank") << "" << "" << "  ";
+        QTest::addRow("label and value") << "bcdUSB:"
+                                         << "0x0200"
+                                         << "bcdUSB:    0x0200";
+        QTest::addRow("heading") << "Device Descriptor:"
+                                 << ""
+                                 << "Device Descriptor:    ";
+        QTest::addRow("value only") << ""
+                                    << "\"QEMU\""
+                                    << "    \"QEMU\"";
+        QTest::addRow("blank") << ""
+                               << ""
+                               << "  ";
     }
 
     void textModeLineFormat()
@@ -678,7 +702,7 @@ private slots:
         CUsbBasicDetectInfo info;
         VxUsbBasicInfoDlg dialog(&info, true);
         dialog.appendLine(strLabel, strValue);
-        QCOMPARE(dialog.textLines(), QStringList{strLine});
+        QCOMPARE(dialog.textLines(), QStringList {strLine});
         QCOMPARE(dialog.table()->rowCount(), 0);
     }
 
@@ -733,9 +757,9 @@ private slots:
         QVERIFY(ink.isValid());
         QVERIFY2(ink.left() >= nLeft && ink.left() <= nLeft + 3, qPrintable(QString::number(ink.left())));
         QVERIFY(ink.top() >= 2);
-        const QColor colour =
-            Custom::getDataBaseColor(QStringLiteral("VetrixToolColor_VxUsbBasicInfoDlg_VxUsbBasicDelegate_Item_Font"))
-                .color();
+        const QColor colour
+            = Custom::getDataBaseColor(QStringLiteral("VetrixToolColor_VxUsbBasicInfoDlg_VxUsbBasicDelegate_Item_Font"))
+                  .color();
         QVERIFY(colour.isValid());
         int nDarkest = 255 * 3;
         QColor darkest;
@@ -756,7 +780,7 @@ private slots:
     {
         // The same text carries more ink in the label column.
         QVERIFY(inkCount(paintCell(0, QStringLiteral("bDescriptorType:")))
-                > inkCount(paintCell(1, QStringLiteral("bDescriptorType:"))));
+            > inkCount(paintCell(1, QStringLiteral("bDescriptorType:"))));
     }
 };
 
