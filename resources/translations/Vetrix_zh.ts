@@ -99,6 +99,10 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Total</source>
         <translation>合计</translation>
     </message>
+    <message>
+        <source>Total without the SDK file walk</source>
+        <translation>合计（不含SDK文件遍历）</translation>
+    </message>
 </context>
 <context>
     <name>VxEnvCheckDlg</name>
