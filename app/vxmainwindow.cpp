@@ -2,6 +2,7 @@
 
 #include "custom.h"
 #include "custommenu.h"
+#include "custommessagebox.h"
 #include "custompushbutton.h"
 #include "customtitlebar.h"
 #include "luinterface.h"
@@ -9,6 +10,7 @@
 #include "resourcesampler.h"
 #include "vxgrabdumptool.h"
 #include "vxonekeywidget.h"
+#include "vxoperatethread.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -45,6 +47,12 @@ Translators &translators()
 VxMainWindow::VxMainWindow(QWidget *pParent)
     : CustomMainWindow(pParent)
 {
+    // The worker's warnings (a missing driver installer, an installation
+    // that timed out) appear as the kit's message box over the thread's page.
+    VxOperateThread::setWarningHandler([](QObject *pParentObject, const QString &strInfo) {
+        CustomMessageBox::warning(qobject_cast<QWidget *>(pParentObject), strInfo,
+                                  QCoreApplication::translate("VxOperateThread", "Prompt"), 1, QString());
+    });
     if (!init())
         throw std::bad_alloc();
     setLanguageMarks(Custom::language() == 1);

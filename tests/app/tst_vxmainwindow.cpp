@@ -1,6 +1,7 @@
 #include "../engine/fakeprobes.h"
 #include "custom.h"
 #include "custommenu.h"
+#include "custommessagebox.h"
 #include "custompushbutton.h"
 #include "luinterface.h"
 #include "vxmainwindow.h"
@@ -44,6 +45,7 @@ private slots:
     void languageEventAccepted();
     void aboutFromMenu();
     void destroyStopsResourceLoop();
+    void workerWarningShowsMessageBox();
 
 private:
     QTemporaryDir m_root;
@@ -287,6 +289,24 @@ void TestVxMainWindow::destroyStopsResourceLoop()
         delete pWindow;
         QVERIFY2(timer.elapsed() < 900, "the window waited a whole sampling period");
     }
+}
+
+void TestVxMainWindow::workerWarningShowsMessageBox()
+{
+    TestWindow window;
+    window.show();
+    QString strShown;
+    QString strTitle;
+    QTimer::singleShot(50, this, [&] {
+        if (auto *pBox = qobject_cast<CustomMessageBox *>(QApplication::activeModalWidget())) {
+            strShown = pBox->cText();
+            strTitle = pBox->windowTitle();
+            pBox->close();
+        }
+    });
+    emit window.page()->worker()->sigWarning(QStringLiteral("File doesn't exist."));
+    QCOMPARE(strShown, QStringLiteral("File doesn't exist."));
+    QCOMPARE(strTitle, QStringLiteral("Prompt"));
 }
 
 QTEST_MAIN(TestVxMainWindow)
