@@ -700,6 +700,10 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Installation of the driver timed out.</source>
         <translation>驱动安装超时。</translation>
     </message>
+    <message>
+        <source>Prompt</source>
+        <translation>提示</translation>
+    </message>
 </context>
 <context>
     <name>VxSDKFileClearDlg</name>
