@@ -117,7 +117,7 @@ void TstLuLogConfig::levels_data()
     QTest::addRow("child beats parent") << "log4j.rootLogger=ERROR" + console + "log4j.logger.vx=INFO\nlog4j.logger.vx.a=OFF\n"
                                         << "vx.a" << "0000";
     QTest::addRow("sibling untouched") << "log4j.rootLogger=WARN" + console + "log4j.logger.vx.a=DEBUG\n" << "vx.b" << "0011";
-    QTest::addRow("qt internals keep debug off") << "log4j.rootLogger=DEBUG" + console << "qt.qpa.test" << "0111";
+    QTest::addRow("qt internals keep debug and info off") << "log4j.rootLogger=DEBUG" + console << "qt.qpa.test" << "0011";
     QTest::addRow("qt internals when named") << "log4j.rootLogger=DEBUG" + console + "log4j.logger.qt.qpa=DEBUG\n"
                                              << "qt.qpa.test" << "1111";
     QTest::addRow("unsupported appender class skipped")
