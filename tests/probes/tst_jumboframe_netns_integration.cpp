@@ -44,6 +44,10 @@ private slots:
         QCOMPARE(ip({"link", "add", "vxa", "type", "veth", "peer", "name", "vxb"}), QByteArray());
         QCOMPARE(ip({"link", "set", "vxa", "up"}), QByteArray());
         QCOMPARE(ip({"link", "set", "vxb", "up"}), QByteArray());
+        // The pair reports its carrier a moment after both ends are up.
+        QTRY_VERIFY_WITH_TIMEOUT(ip({"-o", "link", "show", "dev", "vxa"}).contains("state UP")
+                                     && ip({"-o", "link", "show", "dev", "vxb"}).contains("state UP"),
+                                 10000);
         qputenv("VETRIX_PHYSICAL_IFACES", "vxa,vxb");
         m_bReady = true;
     }
