@@ -232,7 +232,8 @@ qint64 Client::read(char *pBuffer, qint64 nLength)
     return nRead > 0 ? nRead : 0;
 }
 
-qint64 Client::info48(QByteArray *pOut)
+// An information request answers with exactly nSize bytes.
+qint64 Client::infoRequest(Request request, int nSize, QByteArray *pOut)
 {
     if (!m_pDevice)
         return failure(kNoClient);
@@ -240,22 +241,20 @@ qint64 Client::info48(QByteArray *pOut)
         return failure(kInvalidArgument);
     if (!openDevice())
         return failure(kNotAvailable);
-    if (!m_pDevice->request(requestCode(Request::Info48, m_bRestricted), addressBlock(m_uIp, m_uPort), 48, pOut) || pOut->size() != 48)
+    if (!m_pDevice->request(requestCode(request, m_bRestricted), addressBlock(m_uIp, m_uPort), nSize, pOut)
+        || pOut->size() != nSize)
         return failure(kRequestFailed);
-    return 48;
+    return nSize;
+}
+
+qint64 Client::info48(QByteArray *pOut)
+{
+    return infoRequest(Request::Info48, 48, pOut);
 }
 
 qint64 Client::info64(QByteArray *pOut)
 {
-    if (!m_pDevice)
-        return failure(kNoClient);
-    if (!pOut)
-        return failure(kInvalidArgument);
-    if (!openDevice())
-        return failure(kNotAvailable);
-    if (!m_pDevice->request(requestCode(Request::Info64, m_bRestricted), addressBlock(m_uIp, m_uPort), 64, pOut) || pOut->size() != 64)
-        return failure(kRequestFailed);
-    return 64;
+    return infoRequest(Request::Info64, 64, pOut);
 }
 
 qint64 Client::driverValue(quint32 *pValue)

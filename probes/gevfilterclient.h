@@ -107,6 +107,7 @@ public:
 
 private:
     void keepAlive();
+    qint64 infoRequest(Request request, int nSize, QByteArray *pOut);
 
     quint32 m_uIp = 0;
     quint16 m_uPort = 0;
