@@ -5,8 +5,8 @@
 #include <QFileInfo>
 #include <QStringList>
 
-// The desktop's default web browser, found the way the XDG MIME
-// Applications specification describes: the first "x-scheme-handler/http"
+// The desktop's default web browser, found by the freedesktop.org rules for
+// default applications (mimeapps.list): the first "x-scheme-handler/http"
 // entry of [Default Applications] in the mimeapps.list files (user config,
 // system config, user data, system data; a desktop-specific
 // "<desktop>-mimeapps.list" before the plain one in each folder), then the
