@@ -7,6 +7,7 @@
 //   --fail          the repair behind the button lacks the rights
 #include "cdetectinfo.h"
 #include "custom.h"
+#include "demosetup.h"
 #include "custommainwindow.h"
 #include "custompushbutton.h"
 #include "dumpgrabber.h"
@@ -117,23 +118,9 @@ int main(int argc, char *argv[])
     g_bNormal = parser.isSet(QStringLiteral("normal"));
     g_bFail = parser.isSet(QStringLiteral("fail"));
 
-    const QString strDir = QCoreApplication::applicationDirPath();
-    QResource::registerResource(strDir + QStringLiteral("/rcc/Panekit_Default.rcc"));
-    QResource::registerResource(strDir + QStringLiteral("/rcc/Orvex.rcc"));
-    Custom::addXmlPath(QStringLiteral(":/Orvex/QSS/CustomStyleSheet_ox.xml"));
-    Custom::setGlobalFontFamily(Custom::Chinese, QStringLiteral("Microsoft YaHei"));
-    Custom::setGlobalFontFamily(Custom::English, QStringLiteral("Microsoft YaHei"));
     QTranslator program;
     QTranslator kit;
-    if (parser.value(QStringLiteral("lang")) == QLatin1String("zh")) {
-        Custom::setLanguage(Custom::Chinese);
-        if (program.load(strDir + QStringLiteral("/Translation/Vetrix_zh.qm")))
-            QCoreApplication::installTranslator(&program);
-        if (kit.load(strDir + QStringLiteral("/Translation/Panekit_zh_CN.qm")))
-            QCoreApplication::installTranslator(&kit);
-    } else {
-        Custom::setLanguage(Custom::English);
-    }
+    setUpDemo(parser.value(QStringLiteral("lang")) == QLatin1String("zh"), program, kit);
     installFakeProbes();
 
     CEnvDetectInfo env;

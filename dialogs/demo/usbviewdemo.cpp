@@ -6,6 +6,7 @@
 //   --root DIR       another system root to read the tree from
 #include "cdetectinfo.h"
 #include "custom.h"
+#include "demosetup.h"
 #include "customtreewidget.h"
 #include "usbprobe.h"
 #include "vxusbbasicinfodlg.h"
@@ -46,23 +47,9 @@ int main(int argc, char *argv[])
         {QStringLiteral("root"), QStringLiteral("system root"), QStringLiteral("dir"), QStringLiteral(VX_USB_FIXTURE)});
     parser.process(app);
 
-    const QString strDir = QCoreApplication::applicationDirPath();
-    QResource::registerResource(strDir + QStringLiteral("/rcc/Panekit_Default.rcc"));
-    QResource::registerResource(strDir + QStringLiteral("/rcc/Orvex.rcc"));
-    Custom::addXmlPath(QStringLiteral(":/Orvex/QSS/CustomStyleSheet_ox.xml"));
-    Custom::setGlobalFontFamily(Custom::Chinese, QStringLiteral("Microsoft YaHei"));
-    Custom::setGlobalFontFamily(Custom::English, QStringLiteral("Microsoft YaHei"));
     QTranslator program;
     QTranslator kit;
-    if (parser.value(QStringLiteral("lang")) == QLatin1String("zh")) {
-        Custom::setLanguage(Custom::Chinese);
-        if (program.load(strDir + QStringLiteral("/Translation/Vetrix_zh.qm")))
-            QCoreApplication::installTranslator(&program);
-        if (kit.load(strDir + QStringLiteral("/Translation/Panekit_zh_CN.qm")))
-            QCoreApplication::installTranslator(&kit);
-    } else {
-        Custom::setLanguage(Custom::English);
-    }
+    setUpDemo(parser.value(QStringLiteral("lang")) == QLatin1String("zh"), program, kit);
 
     qputenv("VETRIX_SYSROOT", parser.value(QStringLiteral("root")).toLocal8Bit());
     CUsbBasicDetectInfo info;
