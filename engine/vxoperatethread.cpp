@@ -1,6 +1,7 @@
 #include "vxoperatethread.h"
 
 #include "vxitems.h"
+#include "vxrepair.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -359,6 +360,7 @@ void VxOperateThread::detectPass()
         if (!pauseAndCheckStop())
             return;
         CDetectInfo *pInfo = detectInfo(nItem);
+        pInfo->nRepairStatus = 0;
         emit sigStartDetectItem(pInfo);
         detectItem(pInfo, bTreeHandedBack);
         if (!stopRequested()) {
@@ -448,10 +450,18 @@ void VxOperateThread::optimizePass()
 
 void VxOperateThread::optimizeItem(CDetectInfo *pInfo)
 {
+    // The repairs report how their privileged step went here.
+    VxPrivileged::setLastStatus(VxRepairStatus::Done);
     switch (pInfo->nItem) {
-    case VxItems::SdkFiles:
-        m_table.sdkFileClear(*static_cast<CSDKPathDetectInfo *>(pInfo));
+    case VxItems::SdkFiles: {
+        auto &sdk = *static_cast<CSDKPathDetectInfo *>(pInfo);
+        m_table.sdkFileClear(sdk);
+        // The clear marks the item normal whatever it removed; where a failed
+        // removal must show, a fresh check finds the files still on disk.
+        if (repairFailedVisibly() && m_table.sdkFileCheck)
+            m_table.sdkFileCheck(sdk);
         break;
+    }
     case VxItems::EnvVariables: {
         auto &env = *static_cast<CEnvDetectInfo *>(pInfo);
         m_table.envRepair(env);
@@ -470,27 +480,14 @@ void VxOperateThread::optimizeItem(CDetectInfo *pInfo)
     default:
         break;
     }
+    // An item still exceptional after a failed repair keeps the reason.
+    const bool bFailed = repairFailedVisibly() && pInfo->bNormal == 0;
+    pInfo->nRepairStatus = bFailed ? int(VxPrivileged::lastStatus()) : 0;
     emit sigEndOptimizeItem(pInfo);
     clearCurrentBit(pInfo->nItem);
 }
 
-void VxOperateThread::installAndPoll(CDetectInfo *pInfo, const std::function<bool()> &install,
-                                     const std::function<void(CDetectInfo &)> &check)
+bool VxOperateThread::repairFailedVisibly()
 {
-    if (!install()) {
-        pInfo->bNormal = 0;
-        emit sigEndOptimizeItem(pInfo);
-        emit sigWarning(tr("File doesn't exist."));
-        return;
-    }
-    // The installer runs detached; poll the status until the driver shows up
-    // or ten minutes have passed.
-    const qint64 nStart = m_clock();
-    while (pInfo->bNormal == 0 && m_clock() - nStart < kInstallPollLimitMs)
-        check(*pInfo);
-    emit sigEndOptimizeItem(pInfo);
-    if (pInfo->bNormal == 1)
-        clearCurrentBit(pInfo->nItem);
-    else
-        emit sigWarning(tr("Installation of the driver timed out."));
+    return VxPrivileged::lastStatus() != VxRepairStatus::Done && VxPrivileged::failedRepairStaysExceptional();
 }

@@ -73,6 +73,10 @@ public:
     void setItemPause(int nMs) { m_nStartInterval = nMs; }
     void setClock(Clock clock);
 
+    // The warning for a driver install that did not start, by the
+    // VxRepairStatus the install left behind (Done: no installer found).
+    static QString installFailureText(int nStatus);
+
 public slots:
     void onRemoveItem(int nItem);
 
@@ -103,6 +107,9 @@ private:
     void optimizePass();
     void detectItem(CDetectInfo *pInfo, bool &bTreeHandedBack);
     void optimizeItem(CDetectInfo *pInfo);
+    // The last repair's privileged step did not happen, and on this platform
+    // that leaves its item exceptional.
+    static bool repairFailedVisibly();
     void installAndPoll(CDetectInfo *pInfo, const std::function<bool()> &install,
                         const std::function<void(CDetectInfo &)> &check);
     void destroyUsbTree(CDetectInfo *pInfo);

@@ -3,6 +3,7 @@
 #include "cdetectinfo.h"
 #include "usbprobe.h"
 #include "vxitems.h"
+#include "vxrepair.h"
 
 #include <QCoreApplication>
 #include <QSaveFile>
@@ -19,6 +20,24 @@ void appendDirectoryLines(QStringList &lines, const QMap<QString, QStringList> &
                 lines << QStringLiteral("    ") + strDir + QLatin1Char('/') + it.key();
         }
     }
+}
+
+// Why an item's repair did not happen, for an item it left exceptional.
+QString repairFailureLine(int nStatus)
+{
+    switch (VxRepairStatus(nStatus)) {
+    case VxRepairStatus::NotAuthorized:
+        return QCoreApplication::translate("VxOneKeyResult", "Not repaired: administrator rights were not granted.");
+    case VxRepairStatus::HelperMissing:
+        return QCoreApplication::translate("VxOneKeyResult", "Not repaired: administrator rights could not be requested.");
+    case VxRepairStatus::Refused:
+        return QCoreApplication::translate("VxOneKeyResult", "Not repaired: the change was not accepted.");
+    case VxRepairStatus::Failed:
+        return QCoreApplication::translate("VxOneKeyResult", "Not repaired: the change could not be made.");
+    case VxRepairStatus::Done:
+        break;
+    }
+    return QString();
 }
 
 QString rateText(int nMbps)
@@ -109,6 +128,11 @@ QStringList itemLines(const CDetectInfo &info)
         break;
     default:
         break;
+    }
+    if (!bNormal && info.nRepairStatus != 0) {
+        const QString strWhy = repairFailureLine(info.nRepairStatus);
+        if (!strWhy.isEmpty())
+            lines << strWhy;
     }
     return lines;
 }

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -140,15 +141,14 @@ int run(const QStringList &listArgs)
         }
         return nExit;
     }
-    // run-installer: the script takes over this process, in its own folder.
+    // run-installer: the script runs detached in its own folder, so the
+    // caller learns at once whether it started and then polls the driver.
     const QString strScript = installerOf(listRest.at(0));
-    const QByteArray script = QFile::encodeName(strScript);
-    const QByteArray folder = QFile::encodeName(QFileInfo(strScript).absolutePath());
-    qCInfo(lcVxRepair).noquote() << "running driver installer" << strScript;
-    if (::chdir(folder.constData()) != 0)
+    const QString strFolder = QFileInfo(strScript).absolutePath();
+    if (!QProcess::startDetached(QStringLiteral("/bin/sh"), {strScript}, strFolder))
         return ExitFailed;
-    ::execl("/bin/sh", "sh", script.constData(), static_cast<char *>(nullptr));
-    return ExitFailed;
+    qCInfo(lcVxRepair).noquote() << "started driver installer" << strScript;
+    return ExitDone;
 }
 
 } // namespace HelperVerbs

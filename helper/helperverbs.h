@@ -10,7 +10,7 @@
 //   set-env NAME VALUE [NAME VALUE ...]  write SDK variables into /etc/environment
 //   set-mtu IFACE MTU                    set an interface's MTU
 //   remove-sdk-file PATH [PATH ...]      delete stray SDK libraries found by the check
-//   run-installer gige|usb3              run the SDK's driver install script
+//   run-installer gige|usb3              start the SDK's driver install script
 namespace HelperVerbs {
 
 enum Exit { ExitDone = 0, ExitFailed = 1, ExitRefused = 2 };
@@ -18,8 +18,8 @@ enum Exit { ExitDone = 0, ExitFailed = 1, ExitRefused = 2 };
 // Checks a command line (verb first). On refusal *pReason says why.
 bool validate(const QStringList &listArgs, QString *pReason = nullptr);
 
-// Validates and performs; returns the exit status. run-installer replaces
-// the process with the script and returns only if that fails.
+// Validates and performs; returns the exit status. run-installer starts the
+// script detached and returns whether it started.
 int run(const QStringList &listArgs);
 
 } // namespace HelperVerbs

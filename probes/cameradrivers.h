@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class CDetectInfo;
 
 // Items 4 and 8: the SDK's GigE Vision filter driver and USB3 Vision driver.
@@ -22,12 +24,23 @@ void gigeCheck(CDetectInfo &info);
 // bNormal = the USB3 Vision driver is installed.
 void usb3Check(CDetectInfo &info);
 
+// The same checks as the operate thread polls them after an install: a check
+// that follows the previous one of its driver within half a second first
+// waits a quarter of a second, so the polling does not spin a core.
+void pacedGigeCheck(CDetectInfo &info);
+void pacedUsb3Check(CDetectInfo &info);
+// The clock (milliseconds) and the sleep of that pacing; tests install fake
+// ones, null restores the real ones.
+void setPollTiming(std::function<qint64()> now, std::function<void(int)> sleep);
+
 // Starts the installer without waiting; true when it was found (an existing,
-// readable regular file) and started.
+// readable regular file) and started. When false, VxPrivileged::lastStatus()
+// tells why: Done when there was no installer, else how the start failed.
 bool installGige();
 bool installUsb3();
 
-// Starts a found installer (through vetrix-helper when not root).
+// Starts a found installer (through vetrix-helper when not root); false, with
+// the reason in VxPrivileged::lastStatus(), when it could not be started.
 bool startInstaller(const QString &strScript);
 
 } // namespace CameraDrivers

@@ -5,7 +5,6 @@
 
 #include <QFileInfo>
 #include <QProcess>
-#include <QStandardPaths>
 
 namespace CameraDrivers {
 
@@ -43,24 +42,27 @@ void usb3Check(CDetectInfo &info)
     }
 }
 
-// The script runs detached with /bin/sh in its own folder; without root it
-// runs through vetrix-helper under pkexec, which finds the script itself.
+// The script runs detached with /bin/sh in its own folder. Without root,
+// vetrix-helper under pkexec validates the request, starts the script and
+// ends at once, so its exit status tells whether the rights were granted and
+// the script started.
 bool startInstaller(const QString &strScript)
 {
-    const QString strFolder = QFileInfo(strScript).absolutePath();
-    bool bStarted;
+    VxRepairStatus status;
     if (VxPrivileged::isRoot()) {
-        bStarted = QProcess::startDetached(QStringLiteral("/bin/sh"), {strScript}, strFolder);
+        const QString strFolder = QFileInfo(strScript).absolutePath();
+        status = QProcess::startDetached(QStringLiteral("/bin/sh"), {strScript}, strFolder) ? VxRepairStatus::Done
+                                                                                              : VxRepairStatus::Failed;
     } else {
         const QString strKind = strScript == gigeInstallScript() ? QStringLiteral("gige") : QStringLiteral("usb3");
-        const QString strPkexec = QStandardPaths::findExecutable(QStringLiteral("pkexec"));
-        bStarted = !strPkexec.isEmpty()
-                   && QProcess::startDetached(strPkexec, {VxPrivileged::helperPath(), QStringLiteral("run-installer"), strKind}, strFolder);
+        status = VxPrivileged::runHelper(QStringLiteral("run-installer"), {strKind});
     }
-    if (bStarted)
+    if (status == VxRepairStatus::Done)
         qCInfo(lcVxRepair).noquote() << "started driver installer" << strScript;
-    VxPrivileged::setLastStatus(bStarted ? VxRepairStatus::Done : VxRepairStatus::HelperMissing);
-    return bStarted;
+    else
+        qCWarning(lcVxRepair).noquote() << "driver installer not started" << strScript << "status" << int(status);
+    VxPrivileged::setLastStatus(status);
+    return status == VxRepairStatus::Done;
 }
 
 } // namespace CameraDrivers

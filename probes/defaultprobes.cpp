@@ -19,9 +19,9 @@ VxProbeTable defaultProbeTable()
     table.sdkFileClear = [](CSDKPathDetectInfo &info) { SdkFiles::clear(info); };
     table.envCheck = EnvVars::check;
     table.envRepair = [](CEnvDetectInfo &info) { EnvVars::repair(info); };
-    table.gigeDriverCheck = CameraDrivers::gigeCheck;
+    table.gigeDriverCheck = CameraDrivers::pacedGigeCheck;
     table.gigeDriverInstall = CameraDrivers::installGige;
-    table.usb3DriverCheck = CameraDrivers::usb3Check;
+    table.usb3DriverCheck = CameraDrivers::pacedUsb3Check;
     table.usb3DriverInstall = CameraDrivers::installUsb3;
     table.firewallCheck = Firewall::check;
     table.jumboCheck = JumboFrame::check;

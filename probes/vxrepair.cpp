@@ -10,6 +10,13 @@ namespace {
 std::atomic<int> g_lastStatus{int(VxRepairStatus::Done)};
 }
 
+std::atomic<int> g_rootOverride{-1};
+
+void overrideRoot(int nRoot)
+{
+    g_rootOverride.store(nRoot);
+}
+
 VxRepairStatus lastStatus()
 {
     return VxRepairStatus(g_lastStatus.load());

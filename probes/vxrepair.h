@@ -22,6 +22,8 @@ enum class VxRepairStatus {
 namespace VxPrivileged {
 
 bool isRoot();
+// Tests: 1 or 0 makes isRoot() answer so; -1 (the default) asks the system.
+void overrideRoot(int nRoot);
 // The helper executable: $VETRIX_HELPER, else vetrix-helper beside the
 // running program.
 QString helperPath();
@@ -31,6 +33,12 @@ VxRepairStatus runHelper(const QString &strVerb, const QStringList &listArgs);
 // reached the repair through the probe table, which returns nothing).
 VxRepairStatus lastStatus();
 void setLastStatus(VxRepairStatus status);
+
+// Whether a repair whose privileged step did not happen leaves its item
+// exceptional. On Linux the program runs as the user and asks for rights per
+// repair, so a refused or failed request must show; on Windows the program
+// runs elevated and an item is marked normal after its repair.
+bool failedRepairStaysExceptional();
 
 // Exit codes of vetrix-helper.
 enum HelperExit { ExitDone = 0, ExitFailed = 1, ExitRefused = 2 };

@@ -2,14 +2,20 @@
 
 #include <QCoreApplication>
 
+#include <atomic>
+
 #include <windows.h>
 
 namespace VxPrivileged {
 
 // The program asks for administrator rights in its manifest, so repairs run
 // in the process; a process without them simply fails the write.
+extern std::atomic<int> g_rootOverride;
+
 bool isRoot()
 {
+    if (g_rootOverride.load() >= 0)
+        return g_rootOverride.load() != 0;
     HANDLE hToken = nullptr;
     if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &hToken))
         return false;
@@ -18,6 +24,11 @@ bool isRoot()
     const BOOL bOk = GetTokenInformation(hToken, TokenElevation, &elevation, sizeof elevation, &dwSize);
     CloseHandle(hToken);
     return bOk && elevation.TokenIsElevated;
+}
+
+bool failedRepairStaysExceptional()
+{
+    return false;
 }
 
 QString helperPath()

@@ -16,6 +16,10 @@ public:
 
     int nItem = 1;   // item id (one bit of the item mask)
     int bNormal = 1; // 1: no exception found
+    // Why the last repair of the item did not happen (a VxRepairStatus value,
+    // 0 when it did or none ran); only set where such an item stays
+    // exceptional, and cleared by the next detection of the item.
+    int nRepairStatus = 0;
 };
 
 // Item 1: stray SDK libraries in the system library folders.

@@ -1,11 +1,14 @@
 #include "cameradrivers.h"
 #include "cdetectinfo.h"
+#include "vxrepair.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 // The driver checks and installers over fixture system roots.
@@ -15,6 +18,7 @@ class TstCameraDrivers : public QObject
 
 private:
     QTemporaryDir *m_pRoot = nullptr;
+    const QByteArray m_path = qgetenv("PATH");
     QString root() const { return m_pRoot->path(); }
     void write(const QString &strRel, const QByteArray &data)
     {
@@ -34,7 +38,112 @@ private slots:
     void cleanup()
     {
         qunsetenv("VETRIX_SYSROOT");
+        qunsetenv("VETRIX_HELPER");
+        qputenv("PATH", m_path);
+        VxPrivileged::overrideRoot(-1);
+        VxPrivileged::setLastStatus(VxRepairStatus::Done);
         delete m_pRoot;
+    }
+
+    // A device node only its owner may open (mode 0600, another user's):
+    // the driver is installed all the same. As root the check runs in a
+    // child that has become "nobody"; otherwise the node is the test user's
+    // own with no permissions at all.
+    void gigeNodeOfAnotherUser()
+    {
+        write("/dev/QelGEVFilter", "");
+        const QByteArray node = QFile::encodeName(root() + "/dev/QelGEVFilter");
+        int nNormal = -1;
+        if (::geteuid() == 0) {
+            QVERIFY(::chmod(node.constData(), 0600) == 0);
+            QVERIFY(::chmod(QFile::encodeName(root()).constData(), 0755) == 0);
+            const pid_t pid = ::fork();
+            QVERIFY(pid >= 0);
+            if (pid == 0) {
+                if (::setresgid(65534, 65534, 65534) != 0 || ::setresuid(65534, 65534, 65534) != 0)
+                    ::_exit(3);
+                if (::access(node.constData(), R_OK) == 0)
+                    ::_exit(4); // the node must be unreadable here
+                CDetectInfo info;
+                info.bNormal = 0;
+                CameraDrivers::gigeCheck(info);
+                ::_exit(info.bNormal == 1 ? 1 : 0);
+            }
+            int nStatus = 0;
+            QCOMPARE(::waitpid(pid, &nStatus, 0), pid);
+            QVERIFY(WIFEXITED(nStatus));
+            QVERIFY2(WEXITSTATUS(nStatus) < 2, "the child could not become nobody or could still read the node");
+            nNormal = WEXITSTATUS(nStatus);
+        } else {
+            QVERIFY(::chmod(node.constData(), 0) == 0);
+            CDetectInfo info;
+            info.bNormal = 0;
+            CameraDrivers::gigeCheck(info);
+            nNormal = info.bNormal;
+        }
+        QCOMPARE(nNormal, 1);
+        // A node that is not there is still not installed.
+        QVERIFY(QFile::remove(root() + "/dev/QelGEVFilter"));
+        CDetectInfo info;
+        CameraDrivers::gigeCheck(info);
+        QCOMPARE(info.bNormal, 0);
+    }
+
+    // As a normal user the installer starts through pkexec and the helper;
+    // when either is missing or the rights are refused, nothing started and
+    // the install says so with the reason.
+    void installerNotStartedAsUser_data()
+    {
+        QTest::addColumn<bool>("script");
+        QTest::addColumn<QByteArray>("pkexec"); // "" for none in PATH
+        QTest::addColumn<bool>("helper");
+        QTest::addColumn<bool>("started");
+        QTest::addColumn<int>("status");
+        QTest::newRow("no install.sh") << false << QByteArray("exec \"$@\"") << true << false
+                                       << int(VxRepairStatus::Done);
+        QTest::newRow("no pkexec") << true << QByteArray() << true << false << int(VxRepairStatus::HelperMissing);
+        QTest::newRow("no helper") << true << QByteArray("exec \"$@\"") << false << false
+                                   << int(VxRepairStatus::HelperMissing);
+        QTest::newRow("rights refused") << true << QByteArray("exit 126") << true << false
+                                        << int(VxRepairStatus::NotAuthorized);
+        QTest::newRow("helper refused") << true << QByteArray("exec \"$@\"") << true << false
+                                        << int(VxRepairStatus::Refused);
+        QTest::newRow("started") << true << QByteArray("exec \"$@\"") << true << true << int(VxRepairStatus::Done);
+    }
+    void installerNotStartedAsUser()
+    {
+        QFETCH(bool, script);
+        QFETCH(QByteArray, pkexec);
+        QFETCH(bool, helper);
+        QFETCH(bool, started);
+        QFETCH(int, status);
+        VxPrivileged::overrideRoot(0);
+        if (script)
+            write("/opt/Orvex/Drivers/GigE/install.sh", "exit 0\n");
+        else
+            QVERIFY(QDir().mkpath(root() + "/opt/Orvex/Drivers/GigE"));
+        QVERIFY(QDir().mkpath(root() + "/bin"));
+        const auto executable = [this](const QString &strRel, const QByteArray &body) {
+            write(strRel, "#!/bin/sh\n" + body + "\n");
+            QFile::setPermissions(root() + strRel, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        };
+        if (!pkexec.isEmpty())
+            executable("/bin/pkexec", pkexec);
+        // The helper stands in for vetrix-helper: it notes its arguments and
+        // answers as the real one would.
+        const QByteArray helperExit = QTest::currentDataTag() == QByteArray("helper refused") ? "2" : "0";
+        if (helper)
+            executable("/fake-helper", "echo \"$@\" > '" + QFile::encodeName(root()) + "/helper-args'\nexit " + helperExit);
+        qputenv("VETRIX_HELPER", QFile::encodeName(root() + "/fake-helper"));
+        qputenv("PATH", QFile::encodeName(root() + "/bin"));
+        VxPrivileged::setLastStatus(VxRepairStatus::Failed); // the install must say how it went
+        QCOMPARE(CameraDrivers::installGige(), started);
+        QCOMPARE(int(VxPrivileged::lastStatus()), status);
+        if (started) {
+            QFile args(root() + "/helper-args");
+            QVERIFY(args.open(QIODevice::ReadOnly));
+            QCOMPARE(args.readAll().trimmed(), QByteArray("run-installer gige"));
+        }
     }
 
     void paths()

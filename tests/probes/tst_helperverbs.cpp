@@ -136,6 +136,23 @@ private slots:
         QVERIFY(!QFile::exists(root() + "/usr/lib/libLuCameraControl.so"));
     }
 
+    // The helper starts the installer in its folder and ends at once with
+    // "done", while the script goes on (here: until the test lets it end).
+    void runInstallerStartsDetached()
+    {
+        const QString strGo = root() + "/go";
+        const QString strMarker = root() + "/ran";
+        write("/opt/Orvex/Drivers/Usb3.0/install.sh",
+              "echo \"$PWD\" > '" + strMarker.toLocal8Bit() + ".tmp'\n"
+              "while [ ! -e '" + strGo.toLocal8Bit() + "' ]; do sleep 0.05; done\n"
+              "mv '" + strMarker.toLocal8Bit() + ".tmp' '" + strMarker.toLocal8Bit() + "'\n");
+        QCOMPARE(HelperVerbs::run({"run-installer", "usb3"}), int(HelperVerbs::ExitDone));
+        QVERIFY(!QFileInfo::exists(strMarker)); // returned before the script ended
+        write("/go", "");
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(strMarker).size() > 0, 10000);
+        QCOMPARE(read("/ran").trimmed(), (root() + "/opt/Orvex/Drivers/Usb3.0").toLocal8Bit());
+    }
+
     void executableRefuses()
     {
         const QString strHelper = QStringLiteral(VX_BIN_DIR) + "/vetrix-helper";
