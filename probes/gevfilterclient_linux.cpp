@@ -30,11 +30,18 @@ public:
         closeEvents();
     }
 
+    // Read/write, as the client works with the driver. Query-only asks for
+    // no access to the device itself, as Windows' desired access 0 does: it
+    // tries read access (enough for the driver's unrestricted requests) and
+    // otherwise holds the node by path, which needs no permission on it. So
+    // a node the user may not read still shows the driver as installed.
     OpenResult open(bool bQueryOnly) override
     {
         close();
         const QByteArray path = QFile::encodeName(LuInterface::sysPath(QStringLiteral("/dev/QelGEVFilter")));
         m_nFd = ::open(path.constData(), (bQueryOnly ? O_RDONLY : O_RDWR) | O_CLOEXEC | O_NOCTTY);
+        if (m_nFd < 0 && bQueryOnly && (errno == EACCES || errno == EPERM || errno == EBUSY))
+            m_nFd = ::open(path.constData(), O_PATH | O_CLOEXEC);
         if (m_nFd >= 0)
             return OpenResult::Opened;
         // Access denied, or held exclusively by another process.
