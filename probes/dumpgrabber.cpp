@@ -13,6 +13,11 @@ QMutex g_folderMutex;
 QString g_strSavedFolder;
 } // namespace
 
+QString programName()
+{
+    return QStringLiteral("VetrixTool");
+}
+
 QString savedTargetFolder()
 {
     QMutexLocker locker(&g_folderMutex);

@@ -9,6 +9,10 @@
 // (VxGrabDumpTool) shows the target folder and calls grab().
 namespace DumpGrabber {
 
+// This program's executable name without a suffix: its crash dumps are named
+// after it, not after the SDK (appName()).
+QString programName();
+
 // The watched program names, built once: this program first, then the
 // sibling tools (executable names of this platform).
 QStringList watchedNames();

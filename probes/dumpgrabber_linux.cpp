@@ -87,7 +87,7 @@ void addProgramDumps(const QString &strFolder, bool (*pMatches)(const QString &)
 
 QStringList watchedNames()
 {
-    static const QStringList listNames = {LuInterface::appName(),  QStringLiteral("Tamsel_Panel"),
+    static const QStringList listNames = {programName(),                   QStringLiteral("Tamsel_Panel"),
                                           QStringLiteral("Brindle_Setter"), QStringLiteral("Quillscope"),
                                           QStringLiteral("Halden_Address"), QStringLiteral("Tiverton_Transfer"),
                                           QStringLiteral("Marlow_Flash"),   QStringLiteral("Pellwick_Setup"),

@@ -25,7 +25,7 @@ QStringList foldersWith(const QString &strFolder, const QString &strName)
 
 QStringList watchedNames()
 {
-    static const QStringList listNames = {LuInterface::appName() + QStringLiteral(".exe"), QStringLiteral("Tamsel_Panel.exe"),
+    static const QStringList listNames = {programName() + QStringLiteral(".exe"), QStringLiteral("Tamsel_Panel.exe"),
                                           QStringLiteral("Brindle_Setter.exe"), QStringLiteral("Quillscope.exe"),
                                           QStringLiteral("Halden_Address.exe"), QStringLiteral("Tiverton_Transfer.exe"),
                                           QStringLiteral("Marlow_Flash.exe"), QStringLiteral("Pellwick_Setup.exe"),

@@ -98,7 +98,7 @@ private slots:
 
     void watchedNamesIgnoreCase()
     {
-        const QString strName = QStringLiteral("core.%1.1000.b00t.4242.1700000000.zst").arg(LuInterface::appName().toLower());
+        const QString strName = QStringLiteral("core.%1.1000.b00t.4242.1700000000.zst").arg(DumpGrabber::programName().toLower());
         writeFile(root.path() + QStringLiteral("/var/lib/systemd/coredump/") + strName, "dump");
         writeFile(root.path() + QStringLiteral("/var/lib/systemd/coredump/core.bash.1000.b00t.1.1.zst"), "other");
         const VxGrabDumpTool::CGrabResult result = VxGrabDumpTool::grabInto(target.path());

@@ -45,7 +45,8 @@ private slots:
     void names()
     {
         QCOMPARE(DumpGrabber::watchedNames().size(), 9);
-        QCOMPARE(DumpGrabber::watchedNames().first(), QString("Orvex"));
+        // This program's own dumps carry its executable's name.
+        QCOMPARE(DumpGrabber::watchedNames().first(), QString("VetrixTool"));
         QCOMPARE(DumpGrabber::watchedNames().last(), QString("Sorrel_Check"));
     }
 
@@ -59,7 +60,11 @@ private slots:
         QTest::newRow("coredump of another program") << "core.bash.0.b1.1.17.zst" << false;
         QTest::newRow("apport of a sibling") << "_opt_Orvex_bin_Marlow_Flash.1000.crash" << true;
         QTest::newRow("apport in the SDK folder but another program") << "_opt_Orvex_bin_other.1000.crash" << false;
-        QTest::newRow("apport of this program") << "_usr_bin_orvex.0.crash" << true;
+        QTest::newRow("apport of this program") << "_usr_bin_VetrixTool.1000.crash" << true;
+        QTest::newRow("apport of this program, lower case") << "_opt_vetrixtool_bin_vetrixtool.0.crash" << true;
+        QTest::newRow("coredump of this program") << "core.VetrixTool.1000.b1.42.1700000000000000.zst" << true;
+        QTest::newRow("apport named after the SDK") << "_usr_bin_orvex.0.crash" << false;
+        QTest::newRow("coredump named after the SDK") << "core.Orvex.1000.b1.42.17.zst" << false;
         QTest::newRow("not a dump") << "Quillscope.log" << false;
     }
     void watched()
@@ -95,11 +100,14 @@ private slots:
         write(root() + "/var/lib/systemd/coredump/core.tamsel_panel.1000.b.7.1.zst", "lower");
         write(root() + "/var/lib/systemd/coredump/core.bash.1000.b.7.1.zst", "other");
         write(root() + "/var/crash/_opt_Orvex_bin_Sorrel_Check.1000.crash", "apport");
-        QCOMPARE(DumpGrabber::grab(m_pTarget->path()), 2);
+        write(root() + "/var/lib/systemd/coredump/core.VetrixTool.1000.b.7.1.zst", "ours");
+        write(root() + "/var/lib/systemd/coredump/core.Orvex.1000.b.7.1.zst", "the SDK's name");
+        QCOMPARE(DumpGrabber::grab(m_pTarget->path()), 3);
         const QString strTarget = m_pTarget->path() + "/OrvexDumps/";
         QCOMPARE(DumpGrabber::targetFolder(m_pTarget->path()), strTarget);
         QCOMPARE(QDir(strTarget).entryList(QDir::Files, QDir::Name),
-                 QStringList({"_opt_Orvex_bin_Sorrel_Check.1000.crash", "core.tamsel_panel.1000.b.7.1.zst"}));
+                 QStringList({"_opt_Orvex_bin_Sorrel_Check.1000.crash", "core.VetrixTool.1000.b.7.1.zst",
+                              "core.tamsel_panel.1000.b.7.1.zst"}));
         QCOMPARE(read(strTarget + "core.tamsel_panel.1000.b.7.1.zst"), QByteArray("lower"));
     }
 
