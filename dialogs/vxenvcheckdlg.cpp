@@ -7,6 +7,7 @@
 #include "envvars.h"
 #include "vxdialogprobes.h"
 #include "vxoperaterunner.h"
+#include "vxplatformtexts.h"
 
 #include <QEvent>
 #include <QHeaderView>
@@ -144,7 +145,7 @@ QString VxEnvCheckDlg::repairFailureText(VxRepairStatus status) const
     case VxRepairStatus::NotAuthorized:
         return tr("The environment variables were not repaired: administrator rights are needed and were not granted.");
     case VxRepairStatus::HelperMissing:
-        return tr("The environment variables were not repaired: the repair helper (vetrix-helper with pkexec) could not be started.");
+        return VxPlatformTexts::envRightsUnavailable();
     case VxRepairStatus::Refused:
         return tr("The environment variables were not repaired: the repair helper refused the values.");
     case VxRepairStatus::Failed:

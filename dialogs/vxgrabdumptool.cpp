@@ -6,6 +6,7 @@
 #include "dumpgrabber.h"
 #include "kitstyle.h"
 #include "luinterface.h"
+#include "vxplatformtexts.h"
 
 #include <QDir>
 #include <QEvent>
@@ -72,8 +73,7 @@ void VxGrabDumpTool::retranslateTexts()
     cTitleBar()->cSetTitleText(tr("Acquire Dump Files"));
     setWindowTitle(tr("Acquire Dump Files"));
     pPathLabel->setText(tr("Dump File Saving Path:"));
-    pExplain->setText(tr("After program crash or Blue Screen of Death, the tool acquires the Dump files and save the "
-                         "files to the specified saving path."));
+    pExplain->setText(VxPlatformTexts::dumpToolExplanation());
 }
 
 VxGrabDumpTool::CGrabResult VxGrabDumpTool::grabInto(const QString &strFolder)

@@ -6,6 +6,7 @@
 #include "customtitlebar.h"
 #include "vxdialogprobes.h"
 #include "vxoperaterunner.h"
+#include "vxplatformtexts.h"
 
 #include <QEvent>
 #include <QHeaderView>
@@ -119,7 +120,7 @@ QString VxJumbPacketDlg::repairFailureText(VxRepairStatus status) const
     case VxRepairStatus::NotAuthorized:
         return tr("Jumbo frames were not enabled: administrator rights are needed and were not granted.");
     case VxRepairStatus::HelperMissing:
-        return tr("Jumbo frames were not enabled: the repair helper (vetrix-helper with pkexec) could not be started.");
+        return VxPlatformTexts::jumboRightsUnavailable();
     case VxRepairStatus::Refused:
         return tr("Jumbo frames were not enabled: the repair helper refused the setting.");
     case VxRepairStatus::Failed:

@@ -6,6 +6,7 @@
 #include "customtablewidget.h"
 #include "customtitlebar.h"
 #include "vxdialogprobes.h"
+#include "vxplatformtexts.h"
 #include "vxtipswidget.h"
 
 #include <QEvent>
@@ -196,7 +197,7 @@ QString VxSDKFileClearDlg::repairFailureText(VxRepairStatus status) const
     case VxRepairStatus::NotAuthorized:
         return tr("The SDK files were not cleared: administrator rights are needed and were not granted.");
     case VxRepairStatus::HelperMissing:
-        return tr("The SDK files were not cleared: the repair helper (vetrix-helper with pkexec) could not be started.");
+        return VxPlatformTexts::sdkRightsUnavailable();
     case VxRepairStatus::Refused:
         return tr("The SDK files were not cleared: the repair helper refused to delete them.");
     case VxRepairStatus::Failed:
@@ -223,8 +224,7 @@ void VxSDKFileClearDlg::hideEvent(QHideEvent *pEvent)
 
 QString VxSDKFileClearDlg::tipsText() const
 {
-    return tr("SDK files exist in directories such as System32 and SysWow64, which may cause software exception after "
-              "upgrading software version. Please clear SDK files in directories except the RunningTime directory.");
+    return VxPlatformTexts::sdkClearTips();
 }
 
 void VxSDKFileClearDlg::retranslateTexts()
