@@ -139,10 +139,6 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <translation>环境变量未修复：需要管理员权限，但未获授权。</translation>
     </message>
     <message>
-        <source>The environment variables were not repaired: the repair helper (vetrix-helper with pkexec) could not be started.</source>
-        <translation>环境变量未修复：无法启动修复助手（通过pkexec运行的vetrix-helper）。</translation>
-    </message>
-    <message>
         <source>The environment variables were not repaired: the repair helper refused the values.</source>
         <translation>环境变量未修复：修复助手拒绝了这些值。</translation>
     </message>
@@ -161,6 +157,14 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>Status</source>
         <translation>状态</translation>
+    </message>
+    <message>
+        <source>The environment variables were not repaired: the request for administrator rights could not be started.</source>
+        <translation>环境变量未修复：无法发起管理员权限请求。</translation>
+    </message>
+    <message>
+        <source>The environment variables were not repaired: the program does not run as administrator. Please start it again as administrator.</source>
+        <translation>环境变量未修复：程序未以管理员身份运行。请以管理员身份重新启动程序。</translation>
     </message>
 </context>
 <context>
@@ -207,6 +211,10 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>The folder %1 cannot be created. Please choose another saving path.</source>
         <translation>无法创建文件夹%1，请选择其他保存路径。</translation>
     </message>
+    <message>
+        <source>After a program crash or a kernel crash, the tool acquires the crash dump files and saves them to the specified saving path.</source>
+        <translation>程序崩溃或内核崩溃后，该工具获取崩溃转储文件并将其保存到指定的保存路径。</translation>
+    </message>
 </context>
 <context>
     <name>VxJumbPacketDlg</name>
@@ -247,16 +255,20 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <translation>巨帧未启用：需要管理员权限，但未获授权。</translation>
     </message>
     <message>
-        <source>Jumbo frames were not enabled: the repair helper (vetrix-helper with pkexec) could not be started.</source>
-        <translation>巨帧未启用：无法启动修复助手（通过pkexec运行的vetrix-helper）。</translation>
-    </message>
-    <message>
         <source>Jumbo frames were not enabled: the repair helper refused the setting.</source>
         <translation>巨帧未启用：修复助手拒绝了该设置。</translation>
     </message>
     <message>
         <source>Jumbo frames could not be enabled on every network interface.</source>
         <translation>无法在所有网络接口上启用巨帧。</translation>
+    </message>
+    <message>
+        <source>Jumbo frames were not enabled: the request for administrator rights could not be started.</source>
+        <translation>巨帧未启用：无法发起管理员权限请求。</translation>
+    </message>
+    <message>
+        <source>Jumbo frames were not enabled: the program does not run as administrator. Please start it again as administrator.</source>
+        <translation>巨帧未启用：程序未以管理员身份运行。请以管理员身份重新启动程序。</translation>
     </message>
 </context>
 <context>
@@ -527,6 +539,22 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Screen Resolution : </source>
         <translation>屏幕分辨率        : </translation>
     </message>
+    <message>
+        <source>Not repaired: administrator rights were not granted.</source>
+        <translation>未修复：未获得管理员权限。</translation>
+    </message>
+    <message>
+        <source>Not repaired: administrator rights could not be requested.</source>
+        <translation>未修复：无法请求管理员权限。</translation>
+    </message>
+    <message>
+        <source>Not repaired: the change was not accepted.</source>
+        <translation>未修复：更改未被接受。</translation>
+    </message>
+    <message>
+        <source>Not repaired: the change could not be made.</source>
+        <translation>未修复：无法完成更改。</translation>
+    </message>
 </context>
 <context>
     <name>VxOneKeyResultTree</name>
@@ -704,6 +732,22 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Prompt</source>
         <translation>提示</translation>
     </message>
+    <message>
+        <source>The driver was not installed: administrator rights were not granted.</source>
+        <translation>驱动未安装：未获得管理员权限。</translation>
+    </message>
+    <message>
+        <source>The driver was not installed: administrator rights could not be requested.</source>
+        <translation>驱动未安装：无法请求管理员权限。</translation>
+    </message>
+    <message>
+        <source>The driver was not installed: the installer was not accepted.</source>
+        <translation>驱动未安装：安装程序未被接受。</translation>
+    </message>
+    <message>
+        <source>The driver was not installed: the installer could not be started.</source>
+        <translation>驱动未安装：无法启动安装程序。</translation>
+    </message>
 </context>
 <context>
     <name>VxSDKFileClearDlg</name>
@@ -728,10 +772,6 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <translation>SDK文件未清除：需要管理员权限，但未获授权。</translation>
     </message>
     <message>
-        <source>The SDK files were not cleared: the repair helper (vetrix-helper with pkexec) could not be started.</source>
-        <translation>SDK文件未清除：无法启动修复助手（通过pkexec运行的vetrix-helper）。</translation>
-    </message>
-    <message>
         <source>The SDK files were not cleared: the repair helper refused to delete them.</source>
         <translation>SDK文件未清除：修复助手拒绝删除这些文件。</translation>
     </message>
@@ -754,6 +794,18 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>Operation</source>
         <translation>操作</translation>
+    </message>
+    <message>
+        <source>SDK files exist in system library folders such as /usr/lib, which may cause software exception after upgrading software version. Please clear the SDK files in these folders; the SDK&apos;s own installation folder is not affected.</source>
+        <translation>系统库文件夹（如 /usr/lib）中存在SDK文件，可能导致软件版本升级后出现软件异常。请清除这些文件夹中的SDK文件；SDK自身的安装文件夹不受影响。</translation>
+    </message>
+    <message>
+        <source>The SDK files were not cleared: the request for administrator rights could not be started.</source>
+        <translation>SDK文件未清除：无法发起管理员权限请求。</translation>
+    </message>
+    <message>
+        <source>The SDK files were not cleared: the program does not run as administrator. Please start it again as administrator.</source>
+        <translation>SDK文件未清除：程序未以管理员身份运行。请以管理员身份重新启动程序。</translation>
     </message>
 </context>
 <context>
