@@ -162,6 +162,14 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Status</source>
         <translation>状态</translation>
     </message>
+    <message>
+        <source>Next login</source>
+        <translation>下次登录生效</translation>
+    </message>
+    <message>
+        <source>Set machine-wide to &quot;%1&quot;. It takes effect at the next login.</source>
+        <translation>已在系统范围设置为“%1”，将在下次登录时生效。</translation>
+    </message>
 </context>
 <context>
     <name>VxGrabDumpTool</name>
@@ -526,6 +534,10 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>Screen Resolution : </source>
         <translation>屏幕分辨率        : </translation>
+    </message>
+    <message>
+        <source>The following environment variables are set and take effect at the next login:</source>
+        <translation>以下环境变量已设置，将在下次登录时生效：</translation>
     </message>
 </context>
 <context>

@@ -10,6 +10,7 @@ private slots:
     void parseItems_data();
     void parseItems();
     void jsonCarriesEveryField();
+    void jsonCarriesPendingVariables();
     void unavailableItemIsNotPassing();
     void logTextMarksUnavailable();
     void timingsLeaveOutTheSdkWalk();
@@ -43,6 +44,18 @@ void TestVxCheckReport::parseItems()
         QCOMPARE(uMask, mask);
     else
         QVERIFY(strError.startsWith("Unknown item"));
+}
+
+void TestVxCheckReport::jsonCarriesPendingVariables()
+{
+    CEnvDetectInfo env;
+    env.nItem = 2;
+    env.pendingValues["LUCAM_GIGE_DEBUG_HEARTBEAT"] = "60000";
+    const QJsonObject item = VxCheckReport::json({{2, &env, 0.0}}, false).value("items").toArray().at(0).toObject();
+    QCOMPARE(item.value("normal").toBool(false), true);
+    const QJsonObject pending = item.value("facts").toObject().value("pendingValues").toObject();
+    QCOMPARE(pending.keys(), QStringList{"LUCAM_GIGE_DEBUG_HEARTBEAT"});
+    QCOMPARE(pending.value("LUCAM_GIGE_DEBUG_HEARTBEAT").toString(), QStringLiteral("60000"));
 }
 
 void TestVxCheckReport::jsonCarriesEveryField()
