@@ -194,7 +194,9 @@ VxRepairStatus repair(CEnvDetectInfo &info)
     const QList<QPair<QString, QString>> listWrites = plannedWrites(info);
     VxRepairStatus status = VxRepairStatus::Done;
     if (!listWrites.isEmpty()) {
-        if (VxPrivileged::isRoot()) {
+        // Another system root is written with this user's own rights: the
+        // helper acts on the running machine only.
+        if (VxPrivileged::isRoot() || !LuInterface::isLiveRoot()) {
             status = writeMachineEnvironment(listWrites) ? VxRepairStatus::Done : VxRepairStatus::Failed;
         } else {
             QStringList listArgs;

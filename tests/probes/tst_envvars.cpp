@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 // The environment variable check, its repair and the /etc/environment writer.
@@ -318,6 +320,38 @@ private slots:
         QCOMPARE(EnvVars::repair(info), VxRepairStatus::Done);
         QCOMPARE(readFile(root() + "/etc/environment"), content);
         QCOMPARE(QFileInfo(root() + "/etc/environment").lastModified(), modified);
+    }
+
+    // Below another system root the repair writes the file with the user's
+    // own rights; the privileged helper (which acts on the running machine)
+    // is not started.
+    void repairBelowAnotherRootNeedsNoHelper()
+    {
+        writeFile(root() + "/etc/environment", "LANG=C\n");
+        qputenv("VETRIX_HELPER", "/nonexistent/vetrix-helper"); // starting it would fail
+        qputenv("LUCAM_GIGE_DEBUG_HEARTBEAT", "abc");
+        const uid_t uid = ::geteuid() == 0 ? 65534 : ::geteuid();
+        if (::geteuid() == 0) {
+            // The writer runs as an ordinary user who owns the image's /etc.
+            QVERIFY(::chmod(QFile::encodeName(root()).constData(), 0755) == 0);
+            for (const QString &strPath : {root() + "/etc", root() + "/etc/environment"})
+                QVERIFY(::chown(QFile::encodeName(strPath).constData(), uid, uid) == 0);
+        }
+        const pid_t pid = ::fork();
+        if (pid == 0) {
+            if (::geteuid() == 0 && (::setgid(uid) != 0 || ::setuid(uid) != 0))
+                ::_exit(2);
+            CEnvDetectInfo info;
+            EnvVars::check(info);
+            ::_exit(EnvVars::repair(info) == VxRepairStatus::Done ? 0 : 1);
+        }
+        QVERIFY(pid > 0);
+        int nStatus = 0;
+        QCOMPARE(::waitpid(pid, &nStatus, 0), pid);
+        qunsetenv("VETRIX_HELPER");
+        QVERIFY(WIFEXITED(nStatus));
+        QCOMPARE(WEXITSTATUS(nStatus), 0);
+        QCOMPARE(EtcEnvironment::valueOf(readFile(root() + "/etc/environment"), "LUCAM_GIGE_DEBUG_HEARTBEAT"), QString("60000"));
     }
 
     void crashBeforeRenameKeepsOldFile()
