@@ -71,8 +71,7 @@ QJsonObject facts(const CDetectInfo &info)
 QStringList linesOf(const VxCheckItem &item)
 {
     if (!item.pInfo)
-        return {
-            QCoreApplication::translate("VxCheckReport", "Not available: this check has no probe on this platform.")};
+        return {VxResultText::unavailableLine(item.bUnreadable)};
     return VxResultText::itemLines(*item.pInfo);
 }
 } // namespace

@@ -2,9 +2,11 @@
 
 #include "cdetectinfo.h"
 #include "usbprobe.h"
+#include "luinterface.h"
 #include "vxitems.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QSaveFile>
 #include <QTextStream>
 
@@ -121,6 +123,14 @@ QStringList itemLines(const CDetectInfo &info)
         break;
     }
     return lines;
+}
+
+QString unavailableLine(bool bUnreadable)
+{
+    if (bUnreadable)
+        return QCoreApplication::translate("VxOneKeyResult", "Not available: this check cannot read the system below %1.")
+            .arg(QDir::toNativeSeparators(LuInterface::sysRoot()));
+    return QCoreApplication::translate("VxOneKeyResult", "Not available: this check has no probe on this platform.");
 }
 
 QString treePrefix(int nLevel, bool bBranch, bool bContinued)

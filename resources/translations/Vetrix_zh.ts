@@ -84,10 +84,6 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
 <context>
     <name>VxCheckReport</name>
     <message>
-        <source>Not available: this check has no probe on this platform.</source>
-        <translation>不可用：此平台上没有该项检查。</translation>
-    </message>
-    <message>
         <source>Unknown item &quot;%1&quot;. Items: %2.</source>
         <translation>未知项“%1”。可用项：%2。</translation>
     </message>
@@ -538,6 +534,14 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>The following environment variables are set and take effect at the next login:</source>
         <translation>以下环境变量已设置，将在下次登录时生效：</translation>
+    </message>
+    <message>
+        <source>Not available: this check cannot read the system below %1.</source>
+        <translation>不可用：此项检查无法读取 %1 下的系统。</translation>
+    </message>
+    <message>
+        <source>Not available: this check has no probe on this platform.</source>
+        <translation>不可用：此平台上没有该项检查。</translation>
     </message>
 </context>
 <context>

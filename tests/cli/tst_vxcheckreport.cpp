@@ -12,6 +12,7 @@ private slots:
     void jsonCarriesEveryField();
     void jsonCarriesPendingVariables();
     void unavailableItemIsNotPassing();
+    void unreadableItemNamesTheRoot();
     void logTextMarksUnavailable();
     void timingsLeaveOutTheSdkWalk();
 };
@@ -99,7 +100,21 @@ void TestVxCheckReport::unavailableItemIsNotPassing()
     QCOMPARE(object.value("available").toBool(true), false);
     QVERIFY(object.value("normal").isNull());
     QVERIFY(object.value("severity").isNull());
-    QVERIFY(object.value("lines").toArray().first().toString().startsWith("Not available"));
+    QCOMPARE(object.value("lines").toArray().first().toString(),
+             QStringLiteral("Not available: this check has no probe on this platform."));
+}
+
+void TestVxCheckReport::unreadableItemNamesTheRoot()
+{
+    qputenv("VETRIX_SYSROOT", "/mnt/image");
+    VxCheckItem item{128, nullptr, 0.0};
+    item.bUnreadable = true;
+    const QJsonObject object = VxCheckReport::json({item}, false).value("items").toArray().at(0).toObject();
+    qunsetenv("VETRIX_SYSROOT");
+    QCOMPARE(object.value("available").toBool(true), false);
+    QVERIFY(object.value("normal").isNull());
+    QCOMPARE(object.value("lines").toArray().first().toString(),
+             QStringLiteral("Not available: this check cannot read the system below /mnt/image."));
 }
 
 void TestVxCheckReport::logTextMarksUnavailable()
