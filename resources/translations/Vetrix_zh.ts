@@ -160,7 +160,7 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     </message>
     <message>
         <source>Next login</source>
-        <translation>下次登录生效</translation>
+        <translation>下次登录</translation>
     </message>
     <message>
         <source>Set machine-wide to &quot;%1&quot;. It takes effect at the next login.</source>
