@@ -27,13 +27,16 @@ FaultHook &faultHook()
     return hook;
 }
 
-std::atomic<bool> g_bUnnamedAllowed{true};
+std::atomic<bool> g_bUnnamedAllowed {true};
 
 // Closes a descriptor when it goes out of scope.
 struct Fd
 {
     int n = -1;
-    explicit Fd(int nFd = -1) : n(nFd) {}
+    explicit Fd(int nFd = -1)
+        : n(nFd)
+    {
+    }
     ~Fd()
     {
         if (n >= 0)

@@ -32,8 +32,8 @@ QString etcEnvironmentValue(const QString &strName)
 // 32-bit and Runtime/Linux64_x64 for 64-bit programs.
 Layout layout()
 {
-    Layout lay{QStringLiteral("PATH"), QLatin1Char(':'), QStringLiteral("Runtime/Linux32_i86"),
-               QStringLiteral("Runtime/Linux64_x64")};
+    Layout lay {QStringLiteral("PATH"), QLatin1Char(':'), QStringLiteral("Runtime/Linux32_i86"),
+        QStringLiteral("Runtime/Linux64_x64")};
     lay.machineValue = etcEnvironmentValue;
     return lay;
 }

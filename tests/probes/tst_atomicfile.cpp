@@ -4,8 +4,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <QScopeGuard>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <algorithm>
@@ -85,9 +85,8 @@ private:
     }
     static void sleepMicroseconds(quint64 nUs)
     {
-        timespec ts{time_t(nUs / 1000000), long(nUs % 1000000) * 1000};
-        while (::nanosleep(&ts, &ts) != 0 && errno == EINTR) {
-        }
+        timespec ts {time_t(nUs / 1000000), long(nUs % 1000000) * 1000};
+        while (::nanosleep(&ts, &ts) != 0 && errno == EINTR) { }
     }
 
 private slots:
@@ -135,7 +134,7 @@ private slots:
         struct stat st;
         QVERIFY(::stat(QFile::encodeName(strPath).constData(), &st) == 0);
         QCOMPARE(int(st.st_mode & 07777), 0640);
-        QCOMPARE(entries(dir.path()), QStringList{"environment"});
+        QCOMPARE(entries(dir.path()), QStringList {"environment"});
     }
 
     void crashedWriteIsClearedByTheNext_data() { replacesContentAndKeepsMode_data(); }
@@ -161,7 +160,7 @@ private slots:
         AtomicFile::setFaultHook({});
         QVERIFY(AtomicFile::write(strPath, "newer\n"));
         QCOMPARE(readFile(strPath), QByteArray("newer\n"));
-        QCOMPARE(entries(dir.path()), QStringList{"environment"});
+        QCOMPARE(entries(dir.path()), QStringList {"environment"});
     }
 
     void foreignFilesAreKept()
@@ -171,8 +170,8 @@ private slots:
         const QString strPath = dir.filePath("environment");
         writePlain(strPath, "old\n");
         // Not our pattern, or not a regular file, or changed after the write began.
-        const QStringList listKept = {"environment.vetrix-abc", "environment.bak", "hosts.vetrix-ABCDEF",
-                                      "environment.vetrix-Future"};
+        const QStringList listKept
+            = {"environment.vetrix-abc", "environment.bak", "hosts.vetrix-ABCDEF", "environment.vetrix-Future"};
         for (const QString &strName : listKept)
             writePlain(dir.filePath(strName), "x");
         QVERIFY(QDir(dir.path()).mkdir("environment.vetrix-Folder"));
@@ -180,11 +179,14 @@ private slots:
         ::clock_gettime(CLOCK_REALTIME, &future[0]);
         future[0].tv_sec += 3600;
         future[1] = future[0];
-        QVERIFY(::utimensat(AT_FDCWD, QFile::encodeName(dir.filePath("environment.vetrix-Future")).constData(), future, 0) == 0);
+        QVERIFY(
+            ::utimensat(AT_FDCWD, QFile::encodeName(dir.filePath("environment.vetrix-Future")).constData(), future, 0)
+            == 0);
         bool bOtherOwner = false;
         if (::geteuid() == 0) {
             writePlain(dir.filePath("environment.vetrix-Nobody"), "x");
-            QVERIFY(::chown(QFile::encodeName(dir.filePath("environment.vetrix-Nobody")).constData(), 65534, 65534) == 0);
+            QVERIFY(
+                ::chown(QFile::encodeName(dir.filePath("environment.vetrix-Nobody")).constData(), 65534, 65534) == 0);
             bOtherOwner = true;
         }
         writePlain(dir.filePath("environment.vetrix-Stale1"), "x"); // ours: removed
@@ -260,17 +262,17 @@ private slots:
                 nCurrent = n;
             else
                 QVERIFY2(content == generation(nCurrent),
-                         qPrintable(QStringLiteral("kill %1: %2 bytes, starting %3")
-                                        .arg(n)
-                                        .arg(content.size())
-                                        .arg(QString::fromLatin1(content.left(20)))));
+                    qPrintable(QStringLiteral("kill %1: %2 bytes, starting %3")
+                                   .arg(n)
+                                   .arg(content.size())
+                                   .arg(QString::fromLatin1(content.left(20)))));
         }
         QVERIFY(nKilled > 0); // some kills did land inside a write
         qDebug("%d of 100 writers killed before they finished (spread %u us)", nKilled, uSpreadUs);
 
         QVERIFY(AtomicFile::write(strPath, generation(1000)));
         QCOMPARE(readFile(strPath), generation(1000));
-        QCOMPARE(entries(dir.path()), QStringList{"environment"});
+        QCOMPARE(entries(dir.path()), QStringList {"environment"});
     }
 };
 
