@@ -38,6 +38,11 @@ int systemName();
 // "/". sysPath("/proc/cpuinfo") joins an absolute path to that root.
 QString sysRoot();
 QString sysPath(const QString &strAbsolutePath);
+// True when the system root is this running machine ("/"). Only then may a
+// probe ask the running system itself (the kernel over netlink, services
+// over D-Bus, the screen): with another root (a mounted image, a fixture
+// tree) every fact comes from files below that root, or is not available.
+bool isLiveRoot();
 
 // --- locale converters ---------------------------------------------------
 // Local 8-bit text to QString; nLength -1 means NUL-terminated.

@@ -112,7 +112,9 @@ QString byteOrder()
 QString resolution()
 {
     QString strText;
-    if (const QGuiApplication *pApp = guiApp()) {
+    // The screen belongs to the running machine, not to another system root.
+    const QGuiApplication *pApp = isLiveRoot() ? guiApp() : nullptr;
+    if (pApp) {
         if (QThread::currentThread() == pApp->thread())
             strText = primaryScreenText();
         else

@@ -1,6 +1,7 @@
 #include "luinterface.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace LuInterface {
 
@@ -10,6 +11,15 @@ QString sysRoot()
     if (strRoot.isEmpty())
         return QStringLiteral("/");
     return QDir::cleanPath(strRoot);
+}
+
+bool isLiveRoot()
+{
+    const QString strRoot = sysRoot();
+    if (strRoot == QLatin1String("/"))
+        return true;
+    // A root that is "/" under another spelling (a link to it) is the live system.
+    return QFileInfo(strRoot).canonicalFilePath() == QLatin1String("/");
 }
 
 QString sysPath(const QString &strAbsolutePath)

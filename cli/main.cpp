@@ -82,6 +82,7 @@ QVector<VxCheckItem> runDiagnosis(VxOperateThread &thread, quint32 uMask)
             item.pInfo = thread.detectInfo(nItem);
             item.dTimeMs = mapTimes.value(nItem);
         }
+        item.bUnreadable = thread.probeTable().isUnreadable(nItem);
         items << item;
     }
     return items;

@@ -43,6 +43,7 @@ QJsonObject facts(const CDetectInfo &info)
     } else if (auto *p = dynamic_cast<const CEnvDetectInfo *>(&info)) {
         object.insert(QStringLiteral("currentValues"), stringMap(p->currentValues));
         object.insert(QStringLiteral("missingValues"), listMap(p->missingValues));
+        object.insert(QStringLiteral("pendingValues"), stringMap(p->pendingValues));
     } else if (auto *p = dynamic_cast<const CUSBControllerDriverInfo *>(&info)) {
         object.insert(QStringLiteral("driverDesc"), p->driverDesc);
         object.insert(QStringLiteral("providerName"), p->providerName);
@@ -70,8 +71,7 @@ QJsonObject facts(const CDetectInfo &info)
 QStringList linesOf(const VxCheckItem &item)
 {
     if (!item.pInfo)
-        return {
-            QCoreApplication::translate("VxCheckReport", "Not available: this check has no probe on this platform.")};
+        return {VxResultText::unavailableLine(item.bUnreadable)};
     return VxResultText::itemLines(*item.pInfo);
 }
 } // namespace

@@ -7,13 +7,15 @@
 
 class CDetectInfo;
 
-// One item of a headless diagnosis: its record (null when the item has no
-// probe on this platform) and how long its probe took.
+// One item of a headless diagnosis: its record (null when the item was not
+// diagnosed) and how long its probe took. An item without a record has no
+// probe on this platform, or (bUnreadable) cannot read the system root.
 struct VxCheckItem
 {
     int nItem = 0;
     const CDetectInfo *pInfo = nullptr;
     double dTimeMs = 0.0;
+    bool bUnreadable = false;
 };
 
 namespace VxCheckReport {

@@ -106,12 +106,30 @@ void VxEnvCheckDlg::fillTable()
         pValue->setToolTip(valueToolTip(it.value(), cSeparator));
         pTable->setItem(nRow, 1, pValue);
         const bool bException = pItem->missingValues.contains(it.key());
-        auto *pStatus = new QTableWidgetItem(bException ? tr("Exception") : tr("Normal"));
+        auto *pStatus = new QTableWidgetItem(statusText(it.key()));
+        pStatus->setToolTip(statusToolTip(it.key()));
         if (bException)
             pStatus->setForeground(QBrush(Qt::red));
         pTable->setItem(nRow, 2, pStatus);
         pTable->setRowHeight(nRow, kRowHeight);
     }
+}
+
+QString VxEnvCheckDlg::statusText(const QString &strName) const
+{
+    if (pItem->missingValues.contains(strName))
+        return tr("Exception");
+    // Set machine-wide already; this login does not see it yet.
+    if (pItem->pendingValues.contains(strName))
+        return tr("Next login");
+    return tr("Normal");
+}
+
+QString VxEnvCheckDlg::statusToolTip(const QString &strName) const
+{
+    if (pItem->missingValues.contains(strName) || !pItem->pendingValues.contains(strName))
+        return QString();
+    return tr("Set machine-wide to \"%1\". It takes effect at the next login.").arg(pItem->pendingValues.value(strName));
 }
 
 QString VxEnvCheckDlg::buttonText() const
@@ -168,8 +186,10 @@ void VxEnvCheckDlg::changeEvent(QEvent *pEvent)
         for (int nRow = 0; nRow < pTable->rowCount(); ++nRow) {
             QTableWidgetItem *pName = pTable->item(nRow, 0);
             QTableWidgetItem *pStatus = pTable->item(nRow, 2);
-            if (pName && pStatus)
-                pStatus->setText(pItem->missingValues.contains(pName->text()) ? tr("Exception") : tr("Normal"));
+            if (pName && pStatus) {
+                pStatus->setText(statusText(pName->text()));
+                pStatus->setToolTip(statusToolTip(pName->text()));
+            }
         }
         cResetCustomButtonNames({buttonText()});
     }

@@ -7,7 +7,7 @@ class CEnvDetectInfo;
 class CustomTableWidget;
 
 // Shows the SDK's environment variables as the check found them (name,
-// value, Normal / Exception) and repairs them: the bottom button reads
+// value, Normal / Exception / Next login) and repairs them: the bottom button reads
 // "Repair" while the item is exceptional and "OK" once it is normal.
 //
 // Open it modally with the item's record (not owned; it must outlive the
@@ -40,6 +40,10 @@ private:
     void fillTable();
     void retranslateTexts();
     QString buttonText() const;
+    // "Exception", "Next login" (set machine-wide, not yet in this login) or
+    // "Normal", and the tool-tip that explains the second.
+    QString statusText(const QString &strName) const;
+    QString statusToolTip(const QString &strName) const;
     QString repairFailureText(VxRepairStatus status) const;
 
     CEnvDetectInfo *pItem = nullptr;

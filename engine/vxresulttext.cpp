@@ -2,10 +2,12 @@
 
 #include "cdetectinfo.h"
 #include "usbprobe.h"
+#include "luinterface.h"
 #include "vxitems.h"
 #include "vxrepair.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QSaveFile>
 #include <QTextStream>
 
@@ -61,16 +63,26 @@ QStringList itemLines(const CDetectInfo &info)
         break;
     }
     case VxItems::EnvVariables: {
-        lines << (bNormal ? QCoreApplication::translate("VxOneKeyResult", "Environment Variables are correct")
-                          : QCoreApplication::translate(
-                              "VxOneKeyResult", "The following environment variables are exceptional:"));
-        if (auto *pEnv = dynamic_cast<const CEnvDetectInfo *>(&info)) {
+        auto *pEnv = dynamic_cast<const CEnvDetectInfo *>(&info);
+        const bool bPending = pEnv && !pEnv->pendingValues.isEmpty();
+        if (!bNormal)
+            lines << QCoreApplication::translate("VxOneKeyResult", "The following environment variables are exceptional:");
+        else if (!bPending)
+            lines << QCoreApplication::translate("VxOneKeyResult", "Environment Variables are correct");
+        if (pEnv) {
             for (auto it = pEnv->missingValues.cbegin(); it != pEnv->missingValues.cend(); ++it) {
                 for (const QString &strValue : it.value()) {
                     if (!strValue.isEmpty())
                         lines << QStringLiteral("    ") + it.key() + QLatin1Char('=') + strValue;
                 }
             }
+        }
+        // Set machine-wide by an earlier repair, not yet seen by this login.
+        if (bPending) {
+            lines << QCoreApplication::translate(
+                "VxOneKeyResult", "The following environment variables are set and take effect at the next login:");
+            for (auto it = pEnv->pendingValues.cbegin(); it != pEnv->pendingValues.cend(); ++it)
+                lines << QStringLiteral("    ") + it.key() + QLatin1Char('=') + it.value();
         }
         break;
     }
@@ -135,6 +147,14 @@ QStringList itemLines(const CDetectInfo &info)
             lines << strWhy;
     }
     return lines;
+}
+
+QString unavailableLine(bool bUnreadable)
+{
+    if (bUnreadable)
+        return QCoreApplication::translate("VxOneKeyResult", "Not available: this check cannot read the system below %1.")
+            .arg(QDir::toNativeSeparators(LuInterface::sysRoot()));
+    return QCoreApplication::translate("VxOneKeyResult", "Not available: this check has no probe on this platform.");
 }
 
 QString treePrefix(int nLevel, bool bBranch, bool bContinued)

@@ -13,6 +13,11 @@ namespace VxResultText {
 // The lines of one item, by its id. Item 512 takes the USB tree's lines.
 QStringList itemLines(const CDetectInfo &info);
 
+// The line of an item that was not diagnosed: it has no probe on this
+// platform, or (bUnreadable) the system root being diagnosed lacks what its
+// probe reads (a mounted image without sys/class/net).
+QString unavailableLine(bool bUnreadable);
+
 // "|", then "    |" per level below the first, then "----" for a branch,
 // "    |" for a continued line or five blanks otherwise.
 QString treePrefix(int nLevel, bool bBranch, bool bContinued);

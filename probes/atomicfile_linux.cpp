@@ -2,9 +2,13 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 
+#include <atomic>
 #include <cerrno>
+#include <ctime>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,11 +17,40 @@ namespace AtomicFile {
 
 namespace {
 
+const char kTempInfix[] = ".vetrix-";
+constexpr int kTempSuffixLength = 6; // as mkostemp's XXXXXX
+constexpr int kLinkAttempts = 16;
+
 FaultHook &faultHook()
 {
     static FaultHook hook;
     return hook;
 }
+
+std::atomic<bool> g_bUnnamedAllowed {true};
+
+// Closes a descriptor when it goes out of scope.
+struct Fd
+{
+    int n = -1;
+    explicit Fd(int nFd = -1)
+        : n(nFd)
+    {
+    }
+    ~Fd()
+    {
+        if (n >= 0)
+            ::close(n);
+    }
+    Fd(const Fd &) = delete;
+    Fd &operator=(const Fd &) = delete;
+    int release()
+    {
+        const int nOld = n;
+        n = -1;
+        return nOld;
+    }
+};
 
 bool writeAll(int nFd, const char *pData, qint64 nSize)
 {
@@ -34,6 +67,99 @@ bool writeAll(int nFd, const char *pData, qint64 nSize)
     return true;
 }
 
+bool isSuffixChar(char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
+}
+
+bool isTempName(const QByteArray &base, const char *pName)
+{
+    const QByteArray name(pName);
+    const QByteArray prefix = base + kTempInfix;
+    if (name.size() != prefix.size() + kTempSuffixLength || !name.startsWith(prefix))
+        return false;
+    for (int i = prefix.size(); i < name.size(); ++i) {
+        if (!isSuffixChar(name.at(i)))
+            return false;
+    }
+    return true;
+}
+
+bool earlier(const timespec &a, const timespec &b)
+{
+    return a.tv_sec < b.tv_sec || (a.tv_sec == b.tv_sec && a.tv_nsec < b.tv_nsec);
+}
+
+// Removes the temporary files an earlier, killed write left in the folder:
+// only regular files with our name pattern, owned by this user and last
+// changed before this write began (a concurrent writer's fresh file stays).
+void removeStaleTemps(int nDirFd, const QByteArray &base, const timespec &start)
+{
+    const int nListFd = ::openat(nDirFd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (nListFd < 0)
+        return;
+    DIR *pDir = ::fdopendir(nListFd);
+    if (!pDir) {
+        ::close(nListFd);
+        return;
+    }
+    while (const dirent *pEntry = ::readdir(pDir)) {
+        if (!isTempName(base, pEntry->d_name))
+            continue;
+        struct stat st;
+        if (::fstatat(nDirFd, pEntry->d_name, &st, AT_SYMLINK_NOFOLLOW) != 0)
+            continue;
+        if (!S_ISREG(st.st_mode) || st.st_uid != ::geteuid() || !earlier(st.st_mtim, start))
+            continue;
+        ::unlinkat(nDirFd, pEntry->d_name, 0);
+    }
+    ::closedir(pDir);
+}
+
+QByteArray randomTempName(const QByteArray &base)
+{
+    static const char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+    QByteArray name = base + kTempInfix;
+    for (int i = 0; i < kTempSuffixLength; ++i)
+        name += kAlphabet[QRandomGenerator::system()->bounded(int(sizeof kAlphabet) - 1)];
+    return name;
+}
+
+// Writes the content, the old file's mode and owner and syncs it.
+bool fill(int nFd, const QByteArray &data, const struct stat *pOld)
+{
+    if (!writeAll(nFd, data.constData(), data.size()))
+        return false;
+    if (pOld) {
+        if (::fchmod(nFd, pOld->st_mode & 07777) != 0)
+            return false;
+        if (::geteuid() == 0 && ::fchown(nFd, pOld->st_uid, pOld->st_gid) != 0)
+            return false;
+    } else if (::fchmod(nFd, 0644) != 0) {
+        return false;
+    }
+    return ::fsync(nFd) == 0;
+}
+
+// Gives an unnamed temporary file a temporary name in the folder. Through
+// /proc/self/fd first (any user); AT_EMPTY_PATH needs CAP_DAC_READ_SEARCH.
+QByteArray linkUnnamed(int nFd, int nDirFd, const QByteArray &base)
+{
+    const QByteArray procPath = "/proc/self/fd/" + QByteArray::number(nFd);
+    for (int i = 0; i < kLinkAttempts; ++i) {
+        const QByteArray name = randomTempName(base);
+        if (::linkat(AT_FDCWD, procPath.constData(), nDirFd, name.constData(), AT_SYMLINK_FOLLOW) == 0)
+            return name;
+        if (errno == EEXIST)
+            continue;
+        if (::linkat(nFd, "", nDirFd, name.constData(), AT_EMPTY_PATH) == 0)
+            return name;
+        if (errno != EEXIST)
+            return QByteArray();
+    }
+    return QByteArray();
+}
+
 } // namespace
 
 void setFaultHook(FaultHook hook)
@@ -41,44 +167,69 @@ void setFaultHook(FaultHook hook)
     faultHook() = std::move(hook);
 }
 
+void setUnnamedTemporaryAllowed(bool bAllowed)
+{
+    g_bUnnamedAllowed = bAllowed;
+}
+
+bool isTemporaryName(const QString &strTarget, const QString &strName)
+{
+    return isTempName(QFile::encodeName(QFileInfo(strTarget).fileName()), QFile::encodeName(strName).constData());
+}
+
 bool write(const QString &strPath, const QByteArray &data)
 {
-    const QByteArray path = QFile::encodeName(strPath);
-    const QByteArray dir = QFile::encodeName(QFileInfo(strPath).absolutePath());
-    QByteArray temp = path + ".vetrix-XXXXXX";
+    timespec start;
+    ::clock_gettime(CLOCK_REALTIME, &start);
+    const QFileInfo info(strPath);
+    const QByteArray base = QFile::encodeName(info.fileName());
+    const QByteArray dir = QFile::encodeName(info.absolutePath());
+    if (base.isEmpty())
+        return false;
 
     struct stat stOld;
-    const bool bHadOld = ::stat(path.constData(), &stOld) == 0;
+    const bool bHadOld = ::stat(QFile::encodeName(strPath).constData(), &stOld) == 0;
     if (bHadOld && !S_ISREG(stOld.st_mode))
         return false;
 
-    const int nFd = ::mkostemp(temp.data(), O_CLOEXEC);
-    if (nFd < 0)
+    const Fd dirFd(::open(dir.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (dirFd.n < 0)
         return false;
-    bool bOk = writeAll(nFd, data.constData(), data.size());
-    if (bOk) {
-        if (bHadOld) {
-            bOk = ::fchmod(nFd, stOld.st_mode & 07777) == 0;
-            if (bOk && ::geteuid() == 0)
-                bOk = ::fchown(nFd, stOld.st_uid, stOld.st_gid) == 0;
-        } else {
-            bOk = ::fchmod(nFd, 0644) == 0;
+    removeStaleTemps(dirFd.n, base, start);
+
+    // The new content, complete and synced, under a temporary name.
+    QByteArray temp;
+    if (g_bUnnamedAllowed) {
+        const Fd fd(::openat(dirFd.n, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+        if (fd.n >= 0) {
+            if (!fill(fd.n, data, bHadOld ? &stOld : nullptr))
+                return false;
+            temp = linkUnnamed(fd.n, dirFd.n, base);
         }
     }
-    bOk = bOk && ::fsync(nFd) == 0;
-    bOk = (::close(nFd) == 0) && bOk;
-    const QString strTemp = QFile::decodeName(temp);
-    if (bOk && faultHook() && !faultHook()(strTemp))
+    if (temp.isEmpty()) {
+        // No unnamed files here (or they could not be linked): a named one.
+        temp = base + kTempInfix + QByteArray(kTempSuffixLength, 'X');
+        QByteArray fullTemp = dir + '/' + temp;
+        Fd fd(::mkostemp(fullTemp.data(), O_CLOEXEC));
+        if (fd.n < 0)
+            return false;
+        temp = fullTemp.mid(dir.size() + 1);
+        const bool bFilled = fill(fd.n, data, bHadOld ? &stOld : nullptr);
+        const bool bClosed = ::close(fd.release()) == 0;
+        if (!bFilled || !bClosed) {
+            ::unlinkat(dirFd.n, temp.constData(), 0);
+            return false;
+        }
+    }
+
+    if (faultHook() && !faultHook()(QFile::decodeName(dir + '/' + temp)))
         return false; // simulated crash: the temporary file stays, the old file too
-    if (!bOk || ::rename(temp.constData(), path.constData()) != 0) {
-        ::unlink(temp.constData());
+    if (::renameat(dirFd.n, temp.constData(), dirFd.n, base.constData()) != 0) {
+        ::unlinkat(dirFd.n, temp.constData(), 0);
         return false;
     }
-    const int nDirFd = ::open(dir.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (nDirFd >= 0) {
-        ::fsync(nDirFd);
-        ::close(nDirFd);
-    }
+    ::fsync(dirFd.n);
     return true;
 }
 

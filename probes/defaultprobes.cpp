@@ -9,6 +9,7 @@
 #include "linerate.h"
 #include "sdkfiles.h"
 #include "systeminfo.h"
+#include "systemroot.h"
 
 // The probes of this platform, registered by item. An item stays out of the
 // table until its probe reads the machine for real.
@@ -31,5 +32,6 @@ VxProbeTable defaultProbeTable()
     table.usbDriverCheck = VxUsbProbe::usbDriverCheck;
     table.usbTreeCheck = VxUsbProbe::usbTreeCheck;
     table.usbTreeDestroy = VxUsbProbe::destroyTree;
+    table.uUnreadable = SystemRoot::unreadableItems();
     return table;
 }

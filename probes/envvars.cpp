@@ -33,10 +33,46 @@ QString expected(const QString &strSub)
     return QDir::toNativeSeparators(LuInterface::commonFilesPath() + QStringLiteral("/%1/").arg(LuInterface::appName()) + strSub);
 }
 
-void fail(CEnvDetectInfo &info, const QString &strName, const QString &strValue)
+// The value this process sees for a variable, read as the check reads it.
+QString sessionValue(const QString &strName)
 {
-    info.bNormal = 0;
-    info.missingValues[strName].append(strValue);
+    if (strName == QLatin1String(kCommonRunEnv))
+        return QDir::toNativeSeparators(readLocale(strName));
+    if (strName == QLatin1String(kHeartbeat))
+        return readLocale(strName);
+    return readLatin1(strName);
+}
+
+// The queued parts put in front of strBase (path-like variables) or alone,
+// cut as the fixed 1024-byte buffer of the machine write cuts them; a null
+// string when nothing is queued.
+QString composed(const QStringList &listQueued, QString strBase, bool bPathLike)
+{
+    QString strFinal;
+    for (const QString &strValue : listQueued) {
+        if (strValue.isEmpty())
+            continue;
+        unsigned char buffer[1024] = {};
+        LuInterface::string2UcharLocale(strValue + strBase, buffer, int(sizeof buffer));
+        strFinal = LuInterface::char2QStringLocale(reinterpret_cast<const char *>(buffer), -1);
+        if (bPathLike)
+            strBase = strFinal;
+    }
+    return strFinal;
+}
+
+// What this process's own environment gets after a repair: the parts this
+// session lacks put in front of its own value.
+QList<QPair<QString, QString>> sessionWrites(const CEnvDetectInfo &info)
+{
+    QList<QPair<QString, QString>> listWrites;
+    for (auto it = info.missingValues.cbegin(); it != info.missingValues.cend(); ++it) {
+        const bool bPathLike = isPathLike(it.key());
+        const QString strFinal = composed(it.value(), bPathLike ? info.currentValues.value(it.key()) : QString(), bPathLike);
+        if (!strFinal.isNull())
+            listWrites.append({it.key(), strFinal});
+    }
+    return listWrites;
 }
 
 } // namespace
@@ -57,90 +93,96 @@ bool isPathLike(const QString &strName)
     return strName == QLatin1String(kGenTl64) || strName == QLatin1String(kGenTl32) || strName == layout().strPathName;
 }
 
+QStringList queuedValues(const QString &strName, const QString &strValue)
+{
+    const Layout lay = layout();
+    const QString strSep(lay.cSeparator);
+    QStringList listQueued;
+    if (strName == lay.strPathName) {
+        // The executable search path: both runtime folders, each with its separator.
+        for (const QString &strSub : {lay.strRuntime32, lay.strRuntime64}) {
+            const QString strEntry = expected(strSub) + strSep;
+            if (strValue.indexOf(strEntry) == -1)
+                listQueued << strEntry;
+        }
+    } else if (strName == QLatin1String(kCommonRunEnv)) {
+        // The common runtime: the program's path cut before "Applications".
+        const QString strApp = QCoreApplication::applicationFilePath();
+        const QString strExpected = QDir::toNativeSeparators(strApp.left(strApp.lastIndexOf(QLatin1String("Applications")))
+                                                             + QStringLiteral("Development"));
+        if (strValue.compare(strExpected, Qt::CaseInsensitive) != 0)
+            listQueued << strExpected;
+    } else if (strName == QLatin1String(kHeartbeat)) {
+        // The heartbeat only has to be a number.
+        bool bNumber = false;
+        strValue.toInt(&bNumber, 10);
+        if (!bNumber)
+            listQueued << QStringLiteral("60000");
+    } else if (strName == QLatin1String(kClProtocol)) {
+        // The protocol list: the protocol folder present, the bare runtime absent.
+        const QString strP1 = expected(QStringLiteral("Runtime/CLProtocol"));
+        const QString strP2 = strP1 + QDir::toNativeSeparators(QStringLiteral("/"));
+        const QString strR1 = expected(QStringLiteral("Runtime"));
+        const QString strR2 = strR1 + QDir::toNativeSeparators(QStringLiteral("/"));
+        bool bProtocol = false;
+        bool bRuntime = false;
+        QString strRest;
+        for (const QString &strPart : strValue.split(lay.cSeparator, Qt::KeepEmptyParts)) {
+            if (strPart.compare(strP1, Qt::CaseInsensitive) == 0 || strPart.compare(strP2, Qt::CaseInsensitive) == 0)
+                bProtocol = true;
+            else if (strPart.compare(strR1, Qt::CaseInsensitive) == 0 || strPart.compare(strR2, Qt::CaseInsensitive) == 0)
+                bRuntime = true;
+            else if (!strPart.trimmed().isEmpty())
+                strRest += strPart + strSep;
+        }
+        if (!bProtocol || bRuntime)
+            listQueued << strRest + strP1;
+    } else if (strName == QLatin1String(kGenTl32) || strName == QLatin1String(kGenTl64)) {
+        // The two GenTL producer folders.
+        const QString strExpected = expected(strName == QLatin1String(kGenTl32) ? lay.strRuntime32 : lay.strRuntime64);
+        if (strValue.indexOf(strExpected) == -1)
+            listQueued << strExpected + strSep;
+    }
+    return listQueued;
+}
+
 void check(CEnvDetectInfo &info)
 {
     info.missingValues.clear();
     info.currentValues.clear();
+    info.pendingValues.clear();
     info.bNormal = 1;
     const Layout lay = layout();
-    const QString strSep(lay.cSeparator);
-
-    // The executable search path: both runtime folders, each with its separator.
-    const QString strPath = readLatin1(lay.strPathName);
-    info.currentValues[lay.strPathName] = strPath;
-    for (const QString &strSub : {lay.strRuntime32, lay.strRuntime64}) {
-        const QString strEntry = expected(strSub) + strSep;
-        if (strPath.indexOf(strEntry) == -1)
-            fail(info, lay.strPathName, strEntry);
-    }
-
-    // The common runtime: the program's path cut before "Applications".
-    const QString strRunEnv = QDir::toNativeSeparators(readLocale(QLatin1String(kCommonRunEnv)));
-    info.currentValues[QLatin1String(kCommonRunEnv)] = strRunEnv;
-    const QString strApp = QCoreApplication::applicationFilePath();
-    const QString strRunExpected =
-        QDir::toNativeSeparators(strApp.left(strApp.lastIndexOf(QLatin1String("Applications"))) + QStringLiteral("Development"));
-    if (strRunEnv.compare(strRunExpected, Qt::CaseInsensitive) != 0)
-        fail(info, QLatin1String(kCommonRunEnv), strRunExpected);
-
-    // The heartbeat only has to be a number.
-    const QString strHeartbeat = readLocale(QLatin1String(kHeartbeat));
-    info.currentValues[QLatin1String(kHeartbeat)] = strHeartbeat;
-    bool bNumber = false;
-    strHeartbeat.toInt(&bNumber, 10);
-    if (!bNumber)
-        fail(info, QLatin1String(kHeartbeat), QStringLiteral("60000"));
-
-    // The protocol list: the protocol folder present, the bare runtime absent.
-    const QString strProtocol = readLatin1(QLatin1String(kClProtocol));
-    info.currentValues[QLatin1String(kClProtocol)] = strProtocol;
-    const QString strP1 = expected(QStringLiteral("Runtime/CLProtocol"));
-    const QString strP2 = strP1 + QDir::toNativeSeparators(QStringLiteral("/"));
-    const QString strR1 = expected(QStringLiteral("Runtime"));
-    const QString strR2 = strR1 + QDir::toNativeSeparators(QStringLiteral("/"));
-    bool bProtocol = false;
-    bool bRuntime = false;
-    QString strRest;
-    for (const QString &strPart : strProtocol.split(lay.cSeparator, Qt::KeepEmptyParts)) {
-        if (strPart.compare(strP1, Qt::CaseInsensitive) == 0 || strPart.compare(strP2, Qt::CaseInsensitive) == 0)
-            bProtocol = true;
-        else if (strPart.compare(strR1, Qt::CaseInsensitive) == 0 || strPart.compare(strR2, Qt::CaseInsensitive) == 0)
-            bRuntime = true;
-        else if (!strPart.trimmed().isEmpty())
-            strRest += strPart + strSep;
-    }
-    if (!bProtocol || bRuntime)
-        fail(info, QLatin1String(kClProtocol), strRest + strP1);
-
-    // The two GenTL producer folders.
-    const QList<QPair<const char *, QString>> listGenTl = {{kGenTl32, lay.strRuntime32}, {kGenTl64, lay.strRuntime64}};
-    for (const auto &genTl : listGenTl) {
-        const QString strName = QLatin1String(genTl.first);
-        const QString strValue = readLatin1(strName);
+    for (const QString &strName : variableNames()) {
+        const QString strValue = sessionValue(strName);
         info.currentValues[strName] = strValue;
-        const QString strExpected = expected(genTl.second);
-        if (strValue.indexOf(strExpected) == -1)
-            fail(info, strName, strExpected + strSep);
+        const QStringList listQueued = queuedValues(strName, strValue);
+        if (listQueued.isEmpty())
+            continue;
+        if (lay.machineValue) {
+            const QString strMachine = lay.machineValue(strName);
+            if (!strMachine.isNull() && queuedValues(strName, strMachine).isEmpty()) {
+                info.pendingValues[strName] = strMachine;
+                continue;
+            }
+        }
+        info.bNormal = 0;
+        info.missingValues[strName] = listQueued;
     }
 }
 
 QList<QPair<QString, QString>> plannedWrites(const CEnvDetectInfo &info)
 {
+    const Layout lay = layout();
+    if (!lay.machineValue)
+        return sessionWrites(info);
     QList<QPair<QString, QString>> listWrites;
     for (auto it = info.missingValues.cbegin(); it != info.missingValues.cend(); ++it) {
+        // The machine-wide value is what gets rewritten: a value it already
+        // holds is not written again.
+        const QString strMachine = lay.machineValue(it.key());
         const bool bPathLike = isPathLike(it.key());
-        QString strBase = bPathLike ? info.currentValues.value(it.key()) : QString();
-        QString strFinal;
-        for (const QString &strValue : it.value()) {
-            if (strValue.isEmpty())
-                continue;
-            // Same fixed 1024-byte buffer as the registry write: longer values are cut.
-            unsigned char buffer[1024] = {};
-            LuInterface::string2UcharLocale(strValue + strBase, buffer, int(sizeof buffer));
-            strFinal = LuInterface::char2QStringLocale(reinterpret_cast<const char *>(buffer), -1);
-            if (bPathLike)
-                strBase = strFinal;
-        }
+        const QString strFinal = composed(queuedValues(it.key(), strMachine), bPathLike ? strMachine : QString(), bPathLike);
         if (!strFinal.isNull())
             listWrites.append({it.key(), strFinal});
     }
@@ -152,7 +194,9 @@ VxRepairStatus repair(CEnvDetectInfo &info)
     const QList<QPair<QString, QString>> listWrites = plannedWrites(info);
     VxRepairStatus status = VxRepairStatus::Done;
     if (!listWrites.isEmpty()) {
-        if (VxPrivileged::isRoot()) {
+        // Another system root is written with this user's own rights: the
+        // helper acts on the running machine only.
+        if (VxPrivileged::isRoot() || !LuInterface::isLiveRoot()) {
             status = writeMachineEnvironment(listWrites) ? VxRepairStatus::Done : VxRepairStatus::Failed;
         } else {
             QStringList listArgs;
@@ -164,7 +208,9 @@ VxRepairStatus repair(CEnvDetectInfo &info)
     VxPrivileged::setLastStatus(status);
     if (status != VxRepairStatus::Done)
         return status; // nothing written: the item stays exceptional
-    for (const auto &write : listWrites)
+    // This process sees the change at once (its own value with the parts it
+    // lacked in front), so a new check here passes.
+    for (const auto &write : sessionWrites(info))
         qputenv(write.first.toLatin1().constData(), write.second.toLocal8Bit());
     info.bNormal = 1;
     info.missingValues.clear();

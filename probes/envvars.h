@@ -18,6 +18,11 @@ struct Layout
     QChar cSeparator;      // list separator (":")
     QString strRuntime32;  // runtime folder of 32-bit programs, below the SDK folder
     QString strRuntime64;  // runtime folder of 64-bit programs
+    // Where the machine-wide value lives apart from this session (Linux:
+    // /etc/environment, read at the next login): the value the next login
+    // will see, a null string when it sets none. Null pointer: this session's
+    // values are all there is (Windows).
+    QString (*machineValue)(const QString &strName) = nullptr;
 };
 Layout layout();
 
@@ -29,13 +34,23 @@ QStringList variableNames();
 // The variables whose repair puts the missing part in front of the value.
 bool isPathLike(const QString &strName);
 
-// Rebuilds currentValues and missingValues from this process's environment
-// and sets bNormal.
+// The values the repair queues for a variable that holds strValue; empty
+// when the value passes the variable's test.
+QStringList queuedValues(const QString &strName, const QString &strValue);
+
+// Rebuilds currentValues, missingValues and pendingValues from this
+// process's environment and sets bNormal. A variable this session lacks but
+// whose machine-wide value (Layout::machineValue) passes is pending: the
+// repair has nothing left to do, it takes effect at the next login, and it
+// does not make the item exceptional.
 void check(CEnvDetectInfo &info);
 
 // The final value of each variable the repair writes, in key order: the
 // queued parts put in front of the value seen (path-like variables) or
-// alone, each cut to 1023 bytes of local 8-bit text.
+// alone, each cut to 1023 bytes of local 8-bit text. With a machine-wide
+// source the parts and the value they go in front of are the machine-wide
+// ones, so what only this session holds (a user's own PATH folders) is not
+// copied into the machine's file.
 QList<QPair<QString, QString>> plannedWrites(const CEnvDetectInfo &info);
 
 // Writes plannedWrites() into the machine-wide environment (through

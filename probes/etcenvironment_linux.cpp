@@ -90,8 +90,11 @@ QString valueOf(const QByteArray &content, const QString &strName)
     const QByteArray name = strName.toLocal8Bit();
     QString strValue;
     for (const Line &line : parse(content)) {
-        if (line.nValueStart >= 0 && line.name == name)
+        if (line.nValueStart >= 0 && line.name == name) {
             strValue = QString::fromLocal8Bit(unquoted(line.bytes.mid(line.nValueStart, line.nValueEnd - line.nValueStart)));
+            if (strValue.isNull())
+                strValue = QLatin1String(""); // set, to nothing
+        }
     }
     return strValue;
 }

@@ -8,7 +8,9 @@ class CDetectInfo;
 
 // Item 1024: whether a firewall is on. Linux asks systemd (over D-Bus, no
 // rights needed) for the state of the firewalld, ufw and nftables services,
-// firewalld itself for its state, and reads ufw's own switch.
+// firewalld itself for its state, and reads ufw's own switch. With another
+// system root nothing is asked over D-Bus: a service the root's systemd
+// starts at boot counts as active.
 class FirewallStatus
 {
 public:
@@ -26,6 +28,11 @@ public:
     static void setUnitStateReader(UnitStateReader reader);
     using FirewalldStateReader = std::function<QString()>;
     static void setFirewalldStateReader(FirewalldStateReader reader);
+
+    // The running system's answers over D-Bus, which the readers default to
+    // for the live system root (tests call them on a private bus).
+    static QString systemdUnitState(const QString &strUnit);
+    static QString firewalldState();
 };
 
 namespace Firewall {

@@ -6,7 +6,9 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace {
 
@@ -47,7 +49,9 @@ QString property(const QString &strService, const QString &strPath, const QStrin
     return value.value<QDBusVariant>().variant().toString();
 }
 
-QString systemdUnitState(const QString &strUnit)
+} // namespace
+
+QString FirewallStatus::systemdUnitState(const QString &strUnit)
 {
     QDBusConnection bus = QDBusConnection::systemBus();
     if (!bus.isConnected())
@@ -69,15 +73,36 @@ QString systemdUnitState(const QString &strUnit)
     return property(strSystemd, strPath, QStringLiteral("org.freedesktop.systemd1.Unit"), QStringLiteral("ActiveState"));
 }
 
-QString firewalldState()
+QString FirewallStatus::firewalldState()
 {
     return property(QStringLiteral("org.fedoraproject.FirewallD1"), QStringLiteral("/org/fedoraproject/FirewallD1"),
                     QStringLiteral("org.fedoraproject.FirewallD1"), QStringLiteral("state"));
 }
 
+namespace {
+
+// Another system root cannot be asked over D-Bus: a unit that the root's
+// systemd starts at boot (linked in a *.wants folder of /etc/systemd/system)
+// counts as active, one that it does not as inactive; without that folder
+// the state is unknown.
+QString bootUnitState(const QString &strUnit)
+{
+    const QDir system(LuInterface::sysPath(QStringLiteral("/etc/systemd/system")));
+    if (!system.exists())
+        return QString();
+    for (const QString &strWants : system.entryList({QStringLiteral("*.wants")}, QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QFileInfo link(system.filePath(strWants) + QLatin1Char('/') + strUnit);
+        if (link.isSymLink() || link.exists())
+            return QStringLiteral("active");
+    }
+    return QStringLiteral("inactive");
+}
+
 QString unitState(const QString &strUnit)
 {
-    return unitReader() ? unitReader()(strUnit) : systemdUnitState(strUnit);
+    if (unitReader())
+        return unitReader()(strUnit);
+    return LuInterface::isLiveRoot() ? FirewallStatus::systemdUnitState(strUnit) : bootUnitState(strUnit);
 }
 
 // ufw keeps its on/off switch in ufw.conf: ENABLED=yes.
@@ -118,7 +143,9 @@ bool FirewallStatus::isEnabled() const
 {
     if (unitState(QStringLiteral("firewalld.service")) == QLatin1String("active"))
         return true;
-    const QString strFirewalld = firewalldReader() ? firewalldReader()() : firewalldState();
+    const QString strFirewalld = firewalldReader()        ? firewalldReader()()
+                                 : LuInterface::isLiveRoot() ? firewalldState()
+                                                             : QString();
     if (strFirewalld == QLatin1String("RUNNING"))
         return true;
     if (unitState(QStringLiteral("nftables.service")) == QLatin1String("active"))

@@ -61,8 +61,13 @@ constexpr int kStandardFrame = 1514;
 // else 0 when the driver offers a larger MTU, else 2.
 int jumboStateOf(int nMtu, int nMaxMtu);
 
-// Every interface of the system (netlink RTM_GETLINK dump on Linux).
+// Every interface of the system: a netlink RTM_GETLINK dump of the running
+// kernel, or with another system root the attributes (operstate, carrier,
+// mtu, ifindex) below its sys/class/net, with no maximum MTU.
 QList<CLinkFacts> readLinks();
+// Whether the interfaces can be read at all: the live system, or another
+// system root that has a sys/class/net folder.
+bool linksReadable();
 // Test seam: replaces readLinks() (an empty function restores the default).
 void setLinkReader(std::function<QList<CLinkFacts>()> reader);
 
@@ -83,7 +88,8 @@ int speedMbps(const QString &strName);
 QList<CLinkFacts> connectedPhysicalLinks();
 
 // Sets an interface's MTU (through vetrix-helper when not root); when
-// NetworkManager manages the interface its profile gets the MTU too.
+// NetworkManager manages the interface its profile gets the MTU too. Fails
+// with another system root: its interfaces are not this machine's.
 VxRepairStatus setMtu(const QString &strName, int nMtu);
 // The kernel call itself (root only).
 bool setLinkMtu(const QString &strName, int nMtu);

@@ -90,6 +90,27 @@ QString readLine(const QString &strPath)
     return QString::fromLatin1(file.read(64)).trimmed();
 }
 
+// Another system root: the interfaces its sys/class/net describes, read
+// from their attributes. This machine's kernel is never asked; sysfs holds
+// no maximum MTU, so none is known.
+QList<CLinkFacts> readRootLinks()
+{
+    QList<CLinkFacts> listLinks;
+    const QDir net(LuInterface::sysPath(QStringLiteral("/sys/class/net")));
+    for (const QString &strName : net.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::System, QDir::Name)) {
+        const QString strDir = net.filePath(strName);
+        CLinkFacts link;
+        link.strName = strName;
+        link.nIndex = readLine(strDir + QStringLiteral("/ifindex")).toInt();
+        link.nMtu = qMax(0, readLine(strDir + QStringLiteral("/mtu")).toInt());
+        const QString strOper = readLine(strDir + QStringLiteral("/operstate"));
+        const bool bCarrier = readLine(strDir + QStringLiteral("/carrier")) == QLatin1String("1");
+        link.bConnected = strOper == QLatin1String("up") || (strOper == QLatin1String("unknown") && bCarrier);
+        listLinks << link;
+    }
+    return listLinks;
+}
+
 } // namespace
 
 QList<CLinkFacts> readKernelLinks()
@@ -207,7 +228,14 @@ QList<CLinkFacts> readLinks()
 {
     if (linkReader())
         return linkReader()();
+    if (!LuInterface::isLiveRoot())
+        return readRootLinks();
     return readKernelLinks();
+}
+
+bool linksReadable()
+{
+    return LuInterface::isLiveRoot() || QFileInfo(LuInterface::sysPath(QStringLiteral("/sys/class/net"))).isDir();
 }
 
 void setLinkReader(std::function<QList<CLinkFacts>()> reader)
@@ -261,6 +289,9 @@ void buildAdapterList()
 
 VxRepairStatus setMtu(const QString &strName, int nMtu)
 {
+    // An interface of another system root is not this machine's to change.
+    if (!LuInterface::isLiveRoot())
+        return VxRepairStatus::Failed;
     VxRepairStatus status;
     if (VxPrivileged::isRoot())
         status = setLinkMtu(strName, nMtu) ? VxRepairStatus::Done : VxRepairStatus::Failed;

@@ -1,5 +1,7 @@
 #include "netadapters.h"
 
+#include "luinterface.h"
+
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -45,6 +47,8 @@ QString objectProperty(const QString &strPath, const QString &strInterface, cons
 
 void updateNetworkManagerMtu(const QString &strName, int nMtu)
 {
+    if (!LuInterface::isLiveRoot())
+        return; // the running NetworkManager serves this machine, not another root
     QDBusConnection bus = QDBusConnection::systemBus();
     if (!bus.isConnected())
         return;

@@ -4,6 +4,8 @@
 
 bool VxProbeTable::canDetect(int nItem) const
 {
+    if (isUnreadable(nItem))
+        return false;
     switch (nItem) {
     case VxItems::SdkFiles:
         return bool(sdkFileCheck);
@@ -32,6 +34,8 @@ bool VxProbeTable::canDetect(int nItem) const
 
 bool VxProbeTable::canOptimize(int nItem) const
 {
+    if (isUnreadable(nItem))
+        return false;
     switch (nItem) {
     case VxItems::SdkFiles:
         return bool(sdkFileClear);

@@ -47,6 +47,12 @@ struct VxProbeTable
     // item 2048
     std::function<void(CSystemDetectInfo &)> systemInfoCheck;
 
+    // Items that have a probe here but cannot read the system being
+    // diagnosed (another system root without their source): not run, and
+    // reported "not available" for that reason.
+    quint32 uUnreadable = 0;
+    bool isUnreadable(int nItem) const { return (uUnreadable & quint32(nItem)) != 0; }
+
     bool canDetect(int nItem) const;
     bool canOptimize(int nItem) const;
 };

@@ -29,6 +29,11 @@ void VxOneKeyResult::updateItem(CDetectInfo *pInfo)
     m_pTree->updateItem(pInfo);
 }
 
+void VxOneKeyResult::setUnavailable(int nItem, bool bUnreadable)
+{
+    m_pTree->setUnavailable(nItem, bUnreadable);
+}
+
 int VxOneKeyResult::countOfSeverity(int nSeverity) const
 {
     return m_pTree->countOfSeverity(nSeverity);

@@ -16,6 +16,7 @@ public:
 
     void clear();
     void updateItem(CDetectInfo *pInfo);
+    void setUnavailable(int nItem, bool bUnreadable);
     int countOfSeverity(int nSeverity) const;
     void setRunFinished();
     bool isRunFinished() const { return m_bFinished; }

@@ -110,6 +110,7 @@ void VxOneKeyResultTree::updateItem(CDetectInfo *pInfo)
 {
     if (!pInfo || !m_mapItemRows.contains(pInfo->nItem))
         return;
+    m_mapUnavailable.remove(pInfo->nItem);
     m_mapRecords.insert(pInfo->nItem, pInfo);
     refreshItem(pInfo);
 }
@@ -171,9 +172,27 @@ void VxOneKeyResultTree::updateGroupCounter(int nGroup)
     pGroupRow->setText(0, strText);
 }
 
+void VxOneKeyResultTree::setUnavailable(int nItem, bool bUnreadable)
+{
+    QTreeWidgetItem *pRow = m_mapItemRows.value(nItem);
+    if (!pRow)
+        return;
+    m_mapRecords.remove(nItem);
+    m_mapUnavailable.insert(nItem, bUnreadable);
+    pRow->setData(0, RoleSeverity, QVariant());
+    pRow->setIcon(0, QIcon());
+    if (CustomPushButton *pButton = m_mapButtons.value(nItem)) {
+        pButton->setEnabled(false);
+        pButton->setVisible(false);
+    }
+    setItemLines(pRow, {VxResultText::unavailableLine(bUnreadable)});
+    updateGroupCounter(VxItems::groupOf(nItem));
+}
+
 void VxOneKeyResultTree::clearResults()
 {
     m_mapRecords.clear();
+    m_mapUnavailable.clear();
     for (auto it = m_mapItemRows.cbegin(); it != m_mapItemRows.cend(); ++it) {
         QTreeWidgetItem *pRow = it.value();
         pRow->setData(0, RoleSeverity, QVariant());
@@ -282,6 +301,8 @@ void VxOneKeyResultTree::retranslate()
         it.value()->setText(0, VxItems::itemName(it.key()));
     for (CDetectInfo *pInfo : m_mapRecords)
         refreshItem(pInfo);
+    for (auto it = m_mapUnavailable.cbegin(); it != m_mapUnavailable.cend(); ++it)
+        setItemLines(m_mapItemRows.value(it.key()), {VxResultText::unavailableLine(it.value())});
     for (int nGroup : VxItems::groups())
         updateGroupCounter(nGroup);
 }

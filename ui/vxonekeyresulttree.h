@@ -32,6 +32,9 @@ public:
     void refreshItem(CDetectInfo *pInfo);
     // Back to the undiagnosed look: no records, no grades, no lines.
     void clearResults();
+    // Marks an item the run leaves out (no probe here, or bUnreadable: the
+    // system root lacks what its probe reads) with the "Not available" line.
+    void setUnavailable(int nItem, bool bUnreadable);
 
     int countOfSeverity(int nSeverity) const;
     QTreeWidgetItem *itemRow(int nItem) const;
@@ -73,4 +76,5 @@ private:
     QMap<int, QTreeWidgetItem *> m_mapItemRows;
     QMap<int, QTreeWidgetItem *> m_mapGroupRows;
     QMap<int, CDetectInfo *> m_mapRecords;
+    QMap<int, bool> m_mapUnavailable; // item -> unreadable (else: no probe)
 };

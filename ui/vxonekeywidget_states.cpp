@@ -230,6 +230,15 @@ void VxOneKeyWidget::restartRun()
     applyState(Detecting);
     m_nPendingState = DetectFinished;
     m_pResult->clear();
+    // Items the run leaves out say why at once, and count as done.
+    const VxProbeTable &table = m_pThread->probeTable();
+    for (int nItem : VxItems::detectOrder()) {
+        if ((m_uItemMask & quint32(nItem)) && !table.canDetect(nItem)) {
+            m_pResult->setUnavailable(nItem, table.isUnreadable(nItem));
+            ++m_nDetectedCount;
+        }
+    }
+    m_pProgress->setValue(m_nDetectedCount);
     m_startTime = QTime::currentTime();
     m_pThread->startDetect(m_uItemMask);
 }

@@ -37,6 +37,9 @@ public:
     ~CEnvDetectInfo() override;
     QMap<QString, QString> currentValues;     // variable -> value seen at check time
     QMap<QString, QStringList> missingValues; // variable -> values the repair writes
+    // variable -> machine-wide value that passes but this session does not
+    // see yet: it takes effect at the next login (Linux)
+    QMap<QString, QString> pendingValues;
 };
 
 // Item 32: the USB host controllers' driver facts (the last controller wins).

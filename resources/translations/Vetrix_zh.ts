@@ -84,10 +84,6 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
 <context>
     <name>VxCheckReport</name>
     <message>
-        <source>Not available: this check has no probe on this platform.</source>
-        <translation>不可用：此平台上没有该项检查。</translation>
-    </message>
-    <message>
         <source>Unknown item &quot;%1&quot;. Items: %2.</source>
         <translation>未知项“%1”。可用项：%2。</translation>
     </message>
@@ -165,6 +161,14 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>The environment variables were not repaired: the program does not run as administrator. Please start it again as administrator.</source>
         <translation>环境变量未修复：程序未以管理员身份运行。请以管理员身份重新启动程序。</translation>
+    </message>
+    <message>
+        <source>Next login</source>
+        <translation>下次登录</translation>
+    </message>
+    <message>
+        <source>Set machine-wide to &quot;%1&quot;. It takes effect at the next login.</source>
+        <translation>已在系统范围设置为“%1”，将在下次登录时生效。</translation>
     </message>
 </context>
 <context>
@@ -554,6 +558,18 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>Not repaired: the change could not be made.</source>
         <translation>未修复：无法完成更改。</translation>
+    </message>
+    <message>
+        <source>The following environment variables are set and take effect at the next login:</source>
+        <translation>以下环境变量已设置，将在下次登录时生效：</translation>
+    </message>
+    <message>
+        <source>Not available: this check cannot read the system below %1.</source>
+        <translation>不可用：此项检查无法读取 %1 下的系统。</translation>
+    </message>
+    <message>
+        <source>Not available: this check has no probe on this platform.</source>
+        <translation>不可用：此平台上没有该项检查。</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,6 @@
 #include "luinterface.h"
 
+#include <QTemporaryDir>
 #include <QtTest>
 
 // Well-known folders on Linux and their place below the system root.
@@ -11,6 +12,9 @@ private slots:
     void cleanup();
     void sysPath_data();
     void sysPath();
+    void isLiveRoot_data();
+    void isLiveRoot();
+    void linkToSlashIsLive();
     void folders_data();
     void folders();
     void userFolders();
@@ -45,6 +49,38 @@ void TstLuPaths::sysPath()
     else
         qputenv("VETRIX_SYSROOT", root);
     QCOMPARE(LuInterface::sysPath(strPath), strExpected);
+}
+
+void TstLuPaths::isLiveRoot_data()
+{
+    QTest::addColumn<QByteArray>("root"); // empty: unset
+    QTest::addColumn<bool>("bLive");
+    QTest::addRow("no root") << QByteArray() << true;
+    QTest::addRow("slash") << QByteArray("/") << true;
+    QTest::addRow("slash twice") << QByteArray("//") << true;
+    QTest::addRow("dot segments to slash") << QByteArray("/tmp/..") << true;
+    QTest::addRow("fixture root") << QByteArray("/tmp") << false;
+    QTest::addRow("missing root") << QByteArray("/nonexistent-vetrix-root") << false;
+}
+
+void TstLuPaths::isLiveRoot()
+{
+    QFETCH(QByteArray, root);
+    QFETCH(bool, bLive);
+    if (root.isEmpty())
+        qunsetenv("VETRIX_SYSROOT");
+    else
+        qputenv("VETRIX_SYSROOT", root);
+    QCOMPARE(LuInterface::isLiveRoot(), bLive);
+}
+
+void TstLuPaths::linkToSlashIsLive()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    QVERIFY(QFile::link("/", dir.filePath("root")));
+    qputenv("VETRIX_SYSROOT", dir.filePath("root").toLocal8Bit());
+    QVERIFY(LuInterface::isLiveRoot());
 }
 
 void TstLuPaths::folders_data()

@@ -3,11 +3,13 @@
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QThread>
 #include <QtTest>
 
 // The screen size with a GUI application (offscreen platform): read on the
-// GUI thread, and from a worker thread through the GUI thread.
+// GUI thread, and from a worker thread through the GUI thread; with another
+// system root the running machine's screen is not that system's.
 class TstLuScreen : public QObject
 {
     Q_OBJECT
@@ -16,6 +18,8 @@ private slots:
     void initTestCase();
     void fromGuiThread();
     void fromWorkerThread();
+    void otherRootIgnoresTheScreen();
+    void cleanupTestCase();
 
 private:
     QString strExpected;
@@ -23,9 +27,8 @@ private:
 
 void TstLuScreen::initTestCase()
 {
-    // An empty system root: the DRM fallback has nothing to offer, so the
-    // text can only come from the screen.
-    qputenv("VETRIX_SYSROOT", "/nonexistent-vetrix-root");
+    // The live system: the screen comes first.
+    qunsetenv("VETRIX_SYSROOT");
     const QScreen *pScreen = QGuiApplication::primaryScreen();
     QVERIFY(pScreen);
     const QSize size = pScreen->size() * pScreen->devicePixelRatio();
@@ -49,6 +52,33 @@ void TstLuScreen::fromWorkerThread()
     pThread->wait();
     delete pThread;
     QCOMPARE(strResult, strExpected);
+}
+
+void TstLuScreen::otherRootIgnoresTheScreen()
+{
+    // No DRM connector below the root: unknown, not this machine's screen.
+    qputenv("VETRIX_SYSROOT", "/nonexistent-vetrix-root");
+    QCOMPARE(LuInterface::resolution(), QStringLiteral("Unknown"));
+
+    // The root's own connector.
+    QTemporaryDir root;
+    QVERIFY(root.isValid());
+    const QString strConnector = root.path() + "/sys/class/drm/card0-DP-1";
+    QVERIFY(QDir().mkpath(strConnector));
+    for (const auto &file : {qMakePair(QStringLiteral("/status"), QByteArray("connected\n")),
+                             qMakePair(QStringLiteral("/modes"), QByteArray("1234x567\n"))}) {
+        QFile out(strConnector + file.first);
+        QVERIFY(out.open(QIODevice::WriteOnly));
+        out.write(file.second);
+    }
+    qputenv("VETRIX_SYSROOT", root.path().toLocal8Bit());
+    QVERIFY(strExpected != QStringLiteral("1234 x 567"));
+    QCOMPARE(LuInterface::resolution(), QStringLiteral("1234 x 567"));
+}
+
+void TstLuScreen::cleanupTestCase()
+{
+    qunsetenv("VETRIX_SYSROOT");
 }
 
 QTEST_MAIN(TstLuScreen)

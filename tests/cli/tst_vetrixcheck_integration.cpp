@@ -1,7 +1,6 @@
 // Runs the built vetrix-check as a user would. The system root points at an
-// empty folder so the file-based probes find nothing; netlink and D-Bus still
-// answer from the live machine, so outcomes are compared with the exit status
-// rather than fixed.
+// empty folder so the probes find nothing of the live machine: items whose
+// source the root lacks are reported not available.
 #include <QtTest>
 
 class TestVetrixCheckIntegration : public QObject
@@ -15,6 +14,8 @@ private slots:
     void jsonIsValidAndMatchesExitStatus();
     void outputFileUsesCrLf();
     void outputFileUnwritable();
+    void networkWithoutSysfsIsNotAvailable();
+    void networkFromTheRootsSysfs();
 
 private:
     struct Result
@@ -23,7 +24,8 @@ private:
         QByteArray out;
         QByteArray err;
     };
-    Result run(const QStringList &args);
+    Result run(const QStringList &args, const QString &strRoot = QString());
+    static QJsonObject itemOf(const QByteArray &json, int nItem);
 
     QString m_strProgram;
     QTemporaryDir m_root;
@@ -36,11 +38,11 @@ void TestVetrixCheckIntegration::initTestCase()
     QVERIFY(m_root.isValid());
 }
 
-TestVetrixCheckIntegration::Result TestVetrixCheckIntegration::run(const QStringList &args)
+TestVetrixCheckIntegration::Result TestVetrixCheckIntegration::run(const QStringList &args, const QString &strRoot)
 {
     QProcess process;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("VETRIX_SYSROOT", m_root.path());
+    env.insert("VETRIX_SYSROOT", strRoot.isEmpty() ? m_root.path() : strRoot);
     process.setProcessEnvironment(env);
     process.start(m_strProgram, args);
     Result result;
@@ -139,6 +141,64 @@ void TestVetrixCheckIntegration::outputFileUnwritable()
     Result result = run({"--items", "1", "--output", m_root.filePath("no/such/dir/report.log")});
     QCOMPARE(result.nExit, 2);
     QVERIFY(result.err.contains("Cannot write"));
+}
+
+
+QJsonObject TestVetrixCheckIntegration::itemOf(const QByteArray &json, int nItem)
+{
+    for (const QJsonValue &value : QJsonDocument::fromJson(json).object().value("items").toArray()) {
+        if (value.toObject().value("id").toInt() == nItem)
+            return value.toObject();
+    }
+    return QJsonObject();
+}
+
+// The empty root has no sys/class/net: the network items are not available
+// (not normal), in JSON and in the text report, and fail nothing.
+void TestVetrixCheckIntegration::networkWithoutSysfsIsNotAvailable()
+{
+    Result result = run({"--items", "128,256", "--format", "json"});
+    QCOMPARE(result.nExit, 0);
+    const QString strLine = "Not available: this check cannot read the system below " + m_root.path() + ".";
+    for (int nItem : {128, 256}) {
+        const QJsonObject item = itemOf(result.out, nItem);
+        QCOMPARE(item.value("available").toBool(true), false);
+        QVERIFY(item.value("normal").isNull());
+        QCOMPARE(item.value("lines").toArray().first().toString(), strLine);
+    }
+    Result text = run({"--items", "128,256"});
+    QCOMPARE(text.nExit, 0);
+    QVERIFY2(text.out.contains("Network Line Rate\n|    |     " + strLine.toUtf8()), text.out.constData());
+}
+
+// A root with interfaces: read from its attributes (eth0 up, mtu 9000,
+// 10 Gbit/s), not from this machine's kernel.
+void TestVetrixCheckIntegration::networkFromTheRootsSysfs()
+{
+    QTemporaryDir root;
+    QVERIFY(root.isValid());
+    const QString strNet = root.path() + "/sys/devices/pci0000:00/0000:00:03.0/net/eth0";
+    QVERIFY(QDir().mkpath(strNet));
+    QVERIFY(QDir().mkpath(root.path() + "/sys/class/net"));
+    QVERIFY(QFile::link("../..", strNet + "/device"));
+    QVERIFY(QFile::link("../../devices/pci0000:00/0000:00:03.0/net/eth0", root.path() + "/sys/class/net/eth0"));
+    const QMap<QString, QByteArray> mapAttributes = {
+        {"operstate", "up\n"}, {"carrier", "1\n"}, {"mtu", "9000\n"}, {"speed", "10000\n"}, {"ifindex", "2\n"}};
+    for (auto it = mapAttributes.cbegin(); it != mapAttributes.cend(); ++it) {
+        QFile file(strNet + "/" + it.key());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(it.value());
+    }
+    Result result = run({"--items", "128,256", "--format", "json"}, root.path());
+    QCOMPARE(result.nExit, 0);
+    const QJsonObject rate = itemOf(result.out, 128);
+    QCOMPARE(rate.value("available").toBool(), true);
+    QCOMPARE(rate.value("normal").toBool(), true);
+    QCOMPARE(rate.value("facts").toObject().value("adapterSpeeds").toObject(), QJsonObject({{"eth0", 10000}}));
+    const QJsonObject jumbo = itemOf(result.out, 256);
+    QCOMPARE(jumbo.value("normal").toBool(), true);
+    QCOMPARE(jumbo.value("facts").toObject().value("jumboStates").toObject(), QJsonObject({{"eth0", 1}}));
+    QCOMPARE(jumbo.value("facts").toObject().value("jumboValues").toObject(), QJsonObject({{"eth0", 9014}}));
 }
 
 QTEST_GUILESS_MAIN(TestVetrixCheckIntegration)

@@ -10,7 +10,9 @@ private slots:
     void parseItems_data();
     void parseItems();
     void jsonCarriesEveryField();
+    void jsonCarriesPendingVariables();
     void unavailableItemIsNotPassing();
+    void unreadableItemNamesTheRoot();
     void logTextMarksUnavailable();
     void timingsLeaveOutTheSdkWalk();
 };
@@ -43,6 +45,18 @@ void TestVxCheckReport::parseItems()
         QCOMPARE(uMask, mask);
     else
         QVERIFY(strError.startsWith("Unknown item"));
+}
+
+void TestVxCheckReport::jsonCarriesPendingVariables()
+{
+    CEnvDetectInfo env;
+    env.nItem = 2;
+    env.pendingValues["LUCAM_GIGE_DEBUG_HEARTBEAT"] = "60000";
+    const QJsonObject item = VxCheckReport::json({{2, &env, 0.0}}, false).value("items").toArray().at(0).toObject();
+    QCOMPARE(item.value("normal").toBool(false), true);
+    const QJsonObject pending = item.value("facts").toObject().value("pendingValues").toObject();
+    QCOMPARE(pending.keys(), QStringList{"LUCAM_GIGE_DEBUG_HEARTBEAT"});
+    QCOMPARE(pending.value("LUCAM_GIGE_DEBUG_HEARTBEAT").toString(), QStringLiteral("60000"));
 }
 
 void TestVxCheckReport::jsonCarriesEveryField()
@@ -86,7 +100,21 @@ void TestVxCheckReport::unavailableItemIsNotPassing()
     QCOMPARE(object.value("available").toBool(true), false);
     QVERIFY(object.value("normal").isNull());
     QVERIFY(object.value("severity").isNull());
-    QVERIFY(object.value("lines").toArray().first().toString().startsWith("Not available"));
+    QCOMPARE(object.value("lines").toArray().first().toString(),
+             QStringLiteral("Not available: this check has no probe on this platform."));
+}
+
+void TestVxCheckReport::unreadableItemNamesTheRoot()
+{
+    qputenv("VETRIX_SYSROOT", "/mnt/image");
+    VxCheckItem item{128, nullptr, 0.0};
+    item.bUnreadable = true;
+    const QJsonObject object = VxCheckReport::json({item}, false).value("items").toArray().at(0).toObject();
+    qunsetenv("VETRIX_SYSROOT");
+    QCOMPARE(object.value("available").toBool(true), false);
+    QVERIFY(object.value("normal").isNull());
+    QCOMPARE(object.value("lines").toArray().first().toString(),
+             QStringLiteral("Not available: this check cannot read the system below /mnt/image."));
 }
 
 void TestVxCheckReport::logTextMarksUnavailable()

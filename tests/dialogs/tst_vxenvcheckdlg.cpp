@@ -150,6 +150,24 @@ private slots:
         QCOMPARE(dialog.cButton(0)->text(), QStringLiteral("Repair"));
     }
 
+    // A variable set machine-wide but not yet seen by this login reads
+    // "Next login", not in red, and says so in its tool-tip.
+    void pendingVariableReadsNextLogin()
+    {
+        CEnvDetectInfo info = fixture(4, false);
+        info.pendingValues[QStringLiteral("LUCAM_COMMON_RUNENV")] = QStringLiteral("/opt/Orvex/Development");
+        VxEnvCheckDlg dialog(&info);
+        CustomTableWidget *pTable = dialog.table();
+        QCOMPARE(pTable->item(2, 0)->text(), QStringLiteral("LUCAM_COMMON_RUNENV"));
+        QCOMPARE(pTable->item(2, 2)->text(), QStringLiteral("Next login"));
+        QCOMPARE(pTable->item(2, 2)->foreground().style(), Qt::NoBrush);
+        QCOMPARE(pTable->item(2, 2)->toolTip(),
+                 QStringLiteral("Set machine-wide to \"/opt/Orvex/Development\". It takes effect at the next login."));
+        QCOMPARE(pTable->item(0, 2)->text(), QStringLiteral("Exception"));
+        QCOMPARE(pTable->item(1, 2)->text(), QStringLiteral("Normal"));
+        QCOMPARE(pTable->item(1, 2)->toolTip(), QString());
+    }
+
     void normalItemReadsOkAndCloses()
     {
         CEnvDetectInfo info = fixture(4, true);

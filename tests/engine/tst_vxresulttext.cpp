@@ -86,6 +86,26 @@ void TestVxResultText::itemLines_data()
                                                         "    path=/opt/Orvex/Runtime/a:",
                                                         "    path=/opt/Orvex/Runtime/b:"};
     }
+    {
+        auto p = make<CEnvDetectInfo>(2, true);
+        p->pendingValues["PATH"] = "/opt/Orvex/Runtime/a:/usr/bin";
+        p->pendingValues["LUCAM_GIGE_DEBUG_HEARTBEAT"] = "60000";
+        QTest::addRow("env pending until the next login")
+            << RecordPtr(p)
+            << QStringList{"The following environment variables are set and take effect at the next login:",
+                           "    LUCAM_GIGE_DEBUG_HEARTBEAT=60000", "    PATH=/opt/Orvex/Runtime/a:/usr/bin"};
+    }
+    {
+        auto p = make<CEnvDetectInfo>(2, false);
+        p->missingValues["GENICAM_GENTL64_PATH"] = QStringList{"/opt/Orvex/Runtime/b:"};
+        p->pendingValues["LUCAM_GIGE_DEBUG_HEARTBEAT"] = "60000";
+        QTest::addRow("env exceptional and pending")
+            << RecordPtr(p)
+            << QStringList{"The following environment variables are exceptional:",
+                           "    GENICAM_GENTL64_PATH=/opt/Orvex/Runtime/b:",
+                           "The following environment variables are set and take effect at the next login:",
+                           "    LUCAM_GIGE_DEBUG_HEARTBEAT=60000"};
+    }
     QTest::addRow("gige installed") << RecordPtr(make<CDetectInfo>(4, true)) << QStringList{"GigE driver is installed."};
     QTest::addRow("gige missing") << RecordPtr(make<CDetectInfo>(4, false))
                                   << QStringList{" GigE driver is not installed."};

@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 // The environment variable check, its repair and the /etc/environment writer.
@@ -161,26 +163,119 @@ private slots:
 
     void plannedPathPutsMissingInFront()
     {
+        writeFile(root() + "/etc/environment", "PATH=\"/usr/bin\"\n");
+        qputenv("PATH", "/usr/bin");
+        qputenv("LUCAM_GIGE_DEBUG_HEARTBEAT", "abc");
         CEnvDetectInfo info;
-        info.currentValues["PATH"] = "/usr/bin";
-        info.missingValues["PATH"] = QStringList{"/a:", "/b:"};
-        info.missingValues["LUCAM_GIGE_DEBUG_HEARTBEAT"] = QStringList{"60000"};
-        info.currentValues["LUCAM_GIGE_DEBUG_HEARTBEAT"] = "abc";
+        EnvVars::check(info);
         const auto listWrites = EnvVars::plannedWrites(info);
         QCOMPARE(listWrites.size(), 2);
         QCOMPARE(listWrites.at(0), qMakePair(QString("LUCAM_GIGE_DEBUG_HEARTBEAT"), QString("60000")));
-        QCOMPARE(listWrites.at(1), qMakePair(QString("PATH"), QString("/b:/a:/usr/bin")));
+        QCOMPARE(listWrites.at(1), qMakePair(QString("PATH"), sdk() + "/Runtime/Linux64_x64:" + sdk() + "/Runtime/Linux32_i86:/usr/bin"));
+    }
+
+    // The machine-wide PATH is the base, not this session's: a user's own
+    // folders stay out of the machine file.
+    void plannedPathBuildsOnMachinePath()
+    {
+        writeFile(root() + "/etc/environment", "LANG=C\nPATH=/usr/bin:/bin\n");
+        qputenv("PATH", "/home/user/bin:/usr/bin:/bin");
+        CEnvDetectInfo info;
+        EnvVars::check(info);
+        QCOMPARE(info.currentValues.value("PATH"), QString("/home/user/bin:/usr/bin:/bin"));
+        const auto listWrites = EnvVars::plannedWrites(info);
+        QCOMPARE(listWrites.size(), 1);
+        QCOMPARE(listWrites.at(0).second, sdk() + "/Runtime/Linux64_x64:" + sdk() + "/Runtime/Linux32_i86:/usr/bin:/bin");
+    }
+
+    // Without a PATH in /etc/environment (or without the file) the base is
+    // the search path systemd gives every session.
+    void plannedPathWithoutMachinePathUsesTheDefault()
+    {
+        writeFile(root() + "/etc/environment", "LANG=C\n");
+        qputenv("PATH", "/home/user/bin:/usr/bin");
+        CEnvDetectInfo info;
+        EnvVars::check(info);
+        const auto listWrites = EnvVars::plannedWrites(info);
+        QCOMPARE(listWrites.size(), 1);
+        QCOMPARE(listWrites.at(0).second, sdk() + "/Runtime/Linux64_x64:" + sdk() + "/Runtime/Linux32_i86:"
+                                              + "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin");
+    }
+
+    // A list variable keeps the machine file's own entries, not the session's.
+    void plannedProtocolKeepsMachineEntries()
+    {
+        writeFile(root() + "/etc/environment", "LUCAM_GENICAM_CLPROTOCOL=/m\n");
+        qputenv("LUCAM_GENICAM_CLPROTOCOL", "/s");
+        CEnvDetectInfo info;
+        EnvVars::check(info);
+        QCOMPARE(info.missingValues.value("LUCAM_GENICAM_CLPROTOCOL"), QStringList{"/s:" + sdk() + "/Runtime/CLProtocol"});
+        const auto listWrites = EnvVars::plannedWrites(info);
+        QCOMPARE(listWrites.size(), 1);
+        QCOMPARE(listWrites.at(0), qMakePair(QString("LUCAM_GENICAM_CLPROTOCOL"), "/m:" + sdk() + "/Runtime/CLProtocol"));
     }
 
     void plannedValueIsCutAt1023Bytes()
     {
+        writeFile(root() + "/etc/environment", "GENICAM_GENTL64_PATH=" + QByteArray(2000, 'x') + "\n");
+        qunsetenv("GENICAM_GENTL64_PATH");
         CEnvDetectInfo info;
-        info.currentValues["GENICAM_GENTL64_PATH"] = QString(2000, 'x');
-        info.missingValues["GENICAM_GENTL64_PATH"] = QStringList{"/g:"};
+        EnvVars::check(info);
         const auto listWrites = EnvVars::plannedWrites(info);
         QCOMPARE(listWrites.size(), 1);
         QCOMPARE(listWrites.at(0).second.size(), 1023);
-        QVERIFY(listWrites.at(0).second.startsWith("/g:xxx"));
+        QVERIFY(listWrites.at(0).second.startsWith(sdk() + "/Runtime/Linux64_x64:xxx"));
+    }
+
+    // The machine file already holds a good value this session lacks (a
+    // repair in an earlier start, before the next login): the variable is
+    // pending, not exceptional, and the repair writes nothing for it.
+    void machineValueNotYetInSessionIsPending()
+    {
+        writeFile(root() + "/etc/environment",
+                  "LUCAM_GIGE_DEBUG_HEARTBEAT=60000\nGENICAM_GENTL32_PATH=\"" + (sdk() + "/Runtime/Linux32_i86:").toLocal8Bit() + "\"\n");
+        qunsetenv("LUCAM_GIGE_DEBUG_HEARTBEAT");
+        qunsetenv("GENICAM_GENTL32_PATH");
+        CEnvDetectInfo info;
+        EnvVars::check(info);
+        QCOMPARE(info.bNormal, 1);
+        QCOMPARE(info.missingValues, (QMap<QString, QStringList>{}));
+        QCOMPARE(info.pendingValues, (QMap<QString, QString>{{"LUCAM_GIGE_DEBUG_HEARTBEAT", "60000"},
+                                                              {"GENICAM_GENTL32_PATH", sdk() + "/Runtime/Linux32_i86:"}}));
+        QCOMPARE(info.currentValues.value("LUCAM_GIGE_DEBUG_HEARTBEAT"), QString());
+        QVERIFY(EnvVars::plannedWrites(info).isEmpty());
+
+        // Another variable missing from both: exceptional, and only it is written.
+        qunsetenv("GENICAM_GENTL64_PATH");
+        EnvVars::check(info);
+        QCOMPARE(info.bNormal, 0);
+        QCOMPARE(info.missingValues.keys(), QStringList{"GENICAM_GENTL64_PATH"});
+        QCOMPARE(info.pendingValues.size(), 2);
+        const auto listWrites = EnvVars::plannedWrites(info);
+        QCOMPARE(listWrites.size(), 1);
+        QCOMPARE(listWrites.at(0).first, QString("GENICAM_GENTL64_PATH"));
+    }
+
+    // A machine value that fails its test does not make a variable pending.
+    void failingMachineValueIsNotPending()
+    {
+        writeFile(root() + "/etc/environment", "LUCAM_GIGE_DEBUG_HEARTBEAT=abc\n");
+        qunsetenv("LUCAM_GIGE_DEBUG_HEARTBEAT");
+        CEnvDetectInfo info;
+        EnvVars::check(info);
+        QCOMPARE(info.bNormal, 0);
+        QCOMPARE(info.pendingValues, (QMap<QString, QString>{}));
+        QCOMPARE(info.missingValues.value("LUCAM_GIGE_DEBUG_HEARTBEAT"), QStringList{"60000"});
+    }
+
+    // A value only this session has counts even when the machine file lacks it.
+    void sessionValueAloneIsNormal()
+    {
+        writeFile(root() + "/etc/environment", "LANG=C\n");
+        CEnvDetectInfo info;
+        EnvVars::check(info);
+        QCOMPARE(info.bNormal, 1);
+        QCOMPARE(info.pendingValues, (QMap<QString, QString>{}));
     }
 
     void repairRewritesEtcEnvironment()
@@ -200,13 +295,63 @@ private slots:
         QVERIFY(info.missingValues.isEmpty());
         const QByteArray content = readFile(root() + "/etc/environment");
         QVERIFY2(content.startsWith("# system wide\r\nLANG=C.UTF-8\nLUCAM_GIGE_DEBUG_HEARTBEAT=\"60000\"\n  OTHER='x y'\n"), content);
-        QCOMPARE(EtcEnvironment::valueOf(content, "PATH"),
-                 sdk() + "/Runtime/Linux64_x64:" + sdk() + "/Runtime/Linux32_i86:/usr/bin");
+        QCOMPARE(EtcEnvironment::valueOf(content, "PATH"), sdk() + "/Runtime/Linux64_x64:" + sdk()
+                     + "/Runtime/Linux32_i86:/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin");
         QCOMPARE(EtcEnvironment::valueOf(content, "LUCAM_GENICAM_CLPROTOCOL"), sdk() + "/Runtime/CLProtocol");
-        // The running process sees the new values: a new check passes.
+        // The running process sees the new values on top of its own: a new check passes.
+        QCOMPARE(qgetenv("PATH"), (sdk() + "/Runtime/Linux64_x64:" + sdk() + "/Runtime/Linux32_i86:/usr/bin").toLocal8Bit());
         EnvVars::check(info);
         QCOMPARE(info.missingValues, (QMap<QString, QStringList>{}));
+        QCOMPARE(info.pendingValues, (QMap<QString, QString>{}));
         QCOMPARE(info.bNormal, 1);
+
+        // A new start in the same login still has the old session values: the
+        // item is normal with the variables pending, and nothing is written again.
+        unsetAll();
+        qputenv("PATH", "/usr/bin");
+        qputenv("LUCAM_GIGE_DEBUG_HEARTBEAT", "abc");
+        EnvVars::check(info);
+        QCOMPARE(info.bNormal, 1);
+        QCOMPARE(info.missingValues, (QMap<QString, QStringList>{}));
+        const QStringList listPending = {"GENICAM_GENTL32_PATH", "GENICAM_GENTL64_PATH", "LUCAM_COMMON_RUNENV",
+                                         "LUCAM_GENICAM_CLPROTOCOL", "LUCAM_GIGE_DEBUG_HEARTBEAT", "PATH"};
+        QCOMPARE(info.pendingValues.keys(), listPending);
+        const QDateTime modified = QFileInfo(root() + "/etc/environment").lastModified();
+        QCOMPARE(EnvVars::repair(info), VxRepairStatus::Done);
+        QCOMPARE(readFile(root() + "/etc/environment"), content);
+        QCOMPARE(QFileInfo(root() + "/etc/environment").lastModified(), modified);
+    }
+
+    // Below another system root the repair writes the file with the user's
+    // own rights; the privileged helper (which acts on the running machine)
+    // is not started.
+    void repairBelowAnotherRootNeedsNoHelper()
+    {
+        writeFile(root() + "/etc/environment", "LANG=C\n");
+        qputenv("VETRIX_HELPER", "/nonexistent/vetrix-helper"); // starting it would fail
+        qputenv("LUCAM_GIGE_DEBUG_HEARTBEAT", "abc");
+        const uid_t uid = ::geteuid() == 0 ? 65534 : ::geteuid();
+        if (::geteuid() == 0) {
+            // The writer runs as an ordinary user who owns the image's /etc.
+            QVERIFY(::chmod(QFile::encodeName(root()).constData(), 0755) == 0);
+            for (const QString &strPath : {root() + "/etc", root() + "/etc/environment"})
+                QVERIFY(::chown(QFile::encodeName(strPath).constData(), uid, uid) == 0);
+        }
+        const pid_t pid = ::fork();
+        if (pid == 0) {
+            if (::geteuid() == 0 && (::setgid(uid) != 0 || ::setuid(uid) != 0))
+                ::_exit(2);
+            CEnvDetectInfo info;
+            EnvVars::check(info);
+            ::_exit(EnvVars::repair(info) == VxRepairStatus::Done ? 0 : 1);
+        }
+        QVERIFY(pid > 0);
+        int nStatus = 0;
+        QCOMPARE(::waitpid(pid, &nStatus, 0), pid);
+        qunsetenv("VETRIX_HELPER");
+        QVERIFY(WIFEXITED(nStatus));
+        QCOMPARE(WEXITSTATUS(nStatus), 0);
+        QCOMPARE(EtcEnvironment::valueOf(readFile(root() + "/etc/environment"), "LUCAM_GIGE_DEBUG_HEARTBEAT"), QString("60000"));
     }
 
     void crashBeforeRenameKeepsOldFile()

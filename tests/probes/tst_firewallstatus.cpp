@@ -78,6 +78,41 @@ private slots:
         QCOMPARE(info.bNormal, enabled ? 0 : 1);
     }
 
+    // Another system root is not asked over D-Bus (a private bus stands in
+    // for the running system and must not be reached): a service its systemd
+    // starts at boot counts as on.
+    void otherRootReadsBootServices_data()
+    {
+        QTest::addColumn<QStringList>("wants"); // target.wants/unit links
+        QTest::addColumn<QString>("ufwConf");   // "<missing>" for no file
+        QTest::addColumn<bool>("enabled");
+        QTest::newRow("firewalld enabled") << QStringList{"multi-user.target.wants/firewalld.service"} << "<missing>" << true;
+        QTest::newRow("nftables enabled") << QStringList{"sysinit.target.wants/nftables.service"} << "<missing>" << true;
+        QTest::newRow("other services only") << QStringList{"multi-user.target.wants/ssh.service"} << "<missing>" << false;
+        QTest::newRow("ufw switched on and enabled") << QStringList{"multi-user.target.wants/ufw.service"} << "ENABLED=yes\n" << true;
+        QTest::newRow("ufw switched on, not enabled") << QStringList{"multi-user.target.wants/ssh.service"} << "ENABLED=yes\n" << false;
+    }
+    void otherRootReadsBootServices()
+    {
+        QFETCH(QStringList, wants);
+        QFETCH(QString, ufwConf);
+        QFETCH(bool, enabled);
+        for (const QString &strWant : wants) {
+            const QString strLink = m_pRoot->path() + "/etc/systemd/system/" + strWant;
+            QVERIFY(QDir().mkpath(QFileInfo(strLink).absolutePath()));
+            // Absolute, as systemctl makes them: pointing into the root, not here.
+            QVERIFY(QFile::link("/lib/systemd/system/" + QFileInfo(strLink).fileName(), strLink));
+        }
+        if (ufwConf != "<missing>") {
+            QVERIFY(QDir().mkpath(m_pRoot->path() + "/etc/ufw"));
+            QFile file(m_pRoot->path() + "/etc/ufw/ufw.conf");
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(ufwConf.toLatin1());
+        }
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/vetrix-test-bus");
+        QCOMPARE(FirewallStatus().isEnabled(), enabled);
+    }
+
     void noSystemBusAnswersQuickly()
     {
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/vetrix-test-bus");

@@ -2,6 +2,8 @@
 #include "jumboframe.h"
 #include "linerate.h"
 #include "netadapters.h"
+#include "systemroot.h"
+#include "vxprobetable.h"
 
 #include <QDir>
 #include <QFile>
@@ -44,6 +46,18 @@ private:
         QVERIFY(QDir().mkpath(root() + "/sys/class/net"));
         QVERIFY(QFile::link("../../.." + strNet, root() + "/sys/class/net/" + strName));
         m_listLinks << CLinkFacts{strName, nIndex, nMtu, 65535, bUp};
+    }
+
+    // The attributes sysfs shows for an interface (under its device folder).
+    void writeAttributes(const QString &strName, const QMap<QString, QString> &mapValues)
+    {
+        const QString strDir = QFileInfo(root() + "/sys/class/net/" + strName).canonicalFilePath();
+        QVERIFY(!strDir.isEmpty());
+        for (auto it = mapValues.cbegin(); it != mapValues.cend(); ++it) {
+            QFile file(strDir + "/" + it.key());
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(it.value().toLatin1() + "\n");
+        }
     }
 
 private slots:
@@ -163,6 +177,69 @@ private slots:
             listGot << it.key() + "=" + QString::number(it.value());
         QCOMPARE(listGot, expected);
         QCOMPARE(info.bNormal, normal);
+    }
+
+    // Another system root: the links come from its sys/class/net attributes,
+    // never from this machine's kernel, and no maximum MTU is known.
+    void otherRootReadsItsOwnSysfs()
+    {
+        addPhysical("eth0", 2, 0, 0, false, "10000");
+        writeAttributes("eth0", {{"operstate", "up"}, {"carrier", "1"}, {"mtu", "9000"}, {"ifindex", "2"}});
+        addPhysical("eth1", 3, 0, 0, false, "1000");
+        writeAttributes("eth1", {{"operstate", "down"}, {"carrier", "0"}, {"mtu", "1500"}, {"ifindex", "3"}});
+        addPhysical("eth2", 4, 0, 0, false, "100");
+        writeAttributes("eth2", {{"operstate", "unknown"}, {"carrier", "1"}, {"mtu", "1500"}, {"ifindex", "4"}});
+        addVirtual("lo", 1, 0, false);
+        writeAttributes("lo", {{"operstate", "unknown"}, {"carrier", "1"}, {"mtu", "65536"}, {"ifindex", "1"}});
+        NetAdapters::setLinkReader({});
+
+        QVERIFY(NetAdapters::linksReadable());
+        QStringList listLinks;
+        for (const CLinkFacts &link : NetAdapters::readLinks())
+            listLinks << QStringLiteral("%1 %2 %3 %4 %5").arg(link.strName).arg(link.nIndex).arg(link.nMtu).arg(link.nMaxMtu).arg(link.bConnected);
+        QCOMPARE(listLinks, QStringList({"eth0 2 9000 0 1", "eth1 3 1500 0 0", "eth2 4 1500 0 1", "lo 1 65536 0 1"}));
+
+        CNetworkSpeedDetectInfo rate;
+        LineRate::check(rate);
+        QCOMPARE(rate.adapterSpeeds, (QMap<QString, int>{{"eth0", 10000}, {"eth2", 100}}));
+        QCOMPARE(rate.bNormal, 0); // eth2 at 100 Mbit/s
+
+        CJumboPacketDetectInfo jumbo;
+        JumboFrame::check(jumbo);
+        QCOMPARE(jumbo.jumboStates, (QMap<QString, int>{{"eth0", 1}, {"eth2", 2}}));
+        QCOMPARE(jumbo.jumboValues.value("eth0"), 9014);
+        QCOMPARE(jumbo.bNormal, 1);
+        QCOMPARE(SystemRoot::unreadableItems(), 0u);
+    }
+
+    // An image without sys/class/net (sysfs exists only while a system runs):
+    // the network items cannot be diagnosed and are left out, not normal.
+    void otherRootWithoutSysfsIsNotAvailable()
+    {
+        NetAdapters::setLinkReader({});
+        QVERIFY(QDir().mkpath(root() + "/etc"));
+        QVERIFY(!NetAdapters::linksReadable());
+        QVERIFY(NetAdapters::readLinks().isEmpty());
+        QCOMPARE(SystemRoot::unreadableItems(), quint32(128 | 256));
+        const VxProbeTable table = defaultProbeTable();
+        QVERIFY(table.isUnreadable(128) && table.isUnreadable(256));
+        QVERIFY(!table.canDetect(128));
+        QVERIFY(!table.canDetect(256));
+        QVERIFY(!table.canOptimize(256));
+        QVERIFY(table.canDetect(1024));
+        QVERIFY(!table.isUnreadable(1024));
+
+        // Its interfaces are not this machine's to change.
+        QCOMPARE(NetAdapters::setMtu("eth0", 9000), VxRepairStatus::Failed);
+    }
+
+    // The live system keeps all items, with or without a sysfs.
+    void liveRootReadsEverything()
+    {
+        qunsetenv("VETRIX_SYSROOT");
+        QVERIFY(NetAdapters::linksReadable());
+        QCOMPARE(SystemRoot::unreadableItems(), 0u);
+        QVERIFY(!defaultProbeTable().isUnreadable(128));
     }
 
     void lineRateWithoutAnyInterface()

@@ -144,6 +144,10 @@ private slots:
         qDBusRegisterMetaType<NmSettings>();
         QVERIFY(m_emptyRoot.isValid());
         qputenv("VETRIX_SYSROOT", m_emptyRoot.path().toLocal8Bit());
+        // With a fixture root the firewall asks nobody over D-Bus; these
+        // tests talk to the fake services through its bus readers.
+        FirewallStatus::setUnitStateReader(&FirewallStatus::systemdUnitState);
+        FirewallStatus::setFirewalldStateReader(&FirewallStatus::firewalldState);
         m_serviceThread.start();
 
         QDBusConnection bus = QDBusConnection::connectToBus(QString::fromLatin1(address), "fake-services");
@@ -241,8 +245,16 @@ private slots:
         settings["802-3-ethernet"] = QVariantMap{{"mtu", 0u}};
         settings["ipv4"] = QVariantMap{{"method", "auto"}};
         QMetaObject::invokeMethod(m_pProfile, [this, settings] { m_pProfile->settings = settings; }, Qt::BlockingQueuedConnection);
+        // Another system root: the running NetworkManager is not its.
+        NetAdapters::updateNetworkManagerMtu("eth0", 9000);
+        int nUpdatesOffline = -1;
+        QMetaObject::invokeMethod(m_pProfile, [&] { nUpdatesOffline = m_pProfile->nUpdates; }, Qt::BlockingQueuedConnection);
+        QCOMPARE(nUpdatesOffline, 0);
+        // The live system (no file is read on this path).
+        qunsetenv("VETRIX_SYSROOT");
         NetAdapters::updateNetworkManagerMtu("eth0", 9000);
         NetAdapters::updateNetworkManagerMtu("eth9", 9000); // not NetworkManager's: nothing happens
+        qputenv("VETRIX_SYSROOT", m_emptyRoot.path().toLocal8Bit());
         NmSettings after;
         int nUpdates = 0;
         QMetaObject::invokeMethod(m_pProfile, [&] { after = m_pProfile->settings; nUpdates = m_pProfile->nUpdates; },

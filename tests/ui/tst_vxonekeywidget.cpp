@@ -59,6 +59,7 @@ private slots:
     void exportWritesLog();
     void exportRefusesLongPath();
     void groupNumbersFollowGrades();
+    void unreadableItemsSayNotAvailable();
 
 private:
     void runToEnd(VxOneKeyWidget &page);
@@ -264,6 +265,41 @@ void TestVxOneKeyWidget::groupNumbersFollowGrades()
     QCOMPARE(page.groupNumberText(0), QStringLiteral("8"));
     QCOMPARE(page.groupNumberText(1), QStringLiteral("1"));
     QCOMPARE(page.groupNumberText(2), QStringLiteral("1"));
+}
+
+// Items the system root cannot give (a mounted image without sys/class/net)
+// are not run; their rows say so at once, with no grade.
+void TestVxOneKeyWidget::unreadableItemsSayNotAvailable()
+{
+    qputenv("VETRIX_SYSROOT", "/mnt/image");
+    FakeProbes *pFakes = m_pFakes;
+    VxOperateThread::setProbeTableSource([pFakes] {
+        VxProbeTable table = pFakes->tableWithoutTrees();
+        table.uUnreadable = 128 | 256;
+        return table;
+    });
+    VxOneKeyWidget page;
+    page.worker()->setItemPause(1);
+    page.show();
+    QTest::mouseClick(page.operateButton2(), Qt::LeftButton);
+    runToEnd(page);
+    qunsetenv("VETRIX_SYSROOT");
+    VxOneKeyResultTree *pTree = page.resultArea()->tree();
+    QVERIFY(!pTree->record(128));
+    QVERIFY(!pTree->record(256));
+    QVERIFY(pTree->record(1024));
+    int nRows = 0;
+    for (QTreeWidgetItemIterator it(pTree); *it; ++it) {
+        const int nItem = (*it)->data(0, VxOneKeyResultTree::RoleItemId).toInt();
+        if (nItem != 128 && nItem != 256)
+            continue;
+        ++nRows;
+        QVERIFY(!(*it)->data(0, VxOneKeyResultTree::RoleSeverity).isValid());
+        QCOMPARE((*it)->childCount(), 1);
+        QCOMPARE((*it)->child(0)->text(0), QStringLiteral("Not available: this check cannot read the system below /mnt/image."));
+    }
+    QCOMPARE(nRows, 2);
+    QCOMPARE(page.resultArea()->countOfSeverity(0), 8);
 }
 
 QTEST_MAIN(TestVxOneKeyWidget)
