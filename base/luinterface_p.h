@@ -26,7 +26,7 @@ QString platformResolution();
 
 // Name of a PCI device from a pci.ids-format database at strIdsFile:
 // "<vendor> <device>", with "Vendor xxxx"/"Device xxxx" for ids the
-// database does not know. Reads only the lines it needs.
+// database does not know. The file is indexed once per process.
 QString pciDeviceName(const QString &strIdsFile, unsigned uVendor, unsigned uDevice);
 
 // Linux: the default web browser's command line for strUrl (program first),

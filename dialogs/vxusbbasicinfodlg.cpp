@@ -93,6 +93,9 @@ bool VxUsbBasicInfoDlg::init()
     if (QTreeWidgetItem *pFirst = pTree->topLevelItem(0)) {
         pTree->setCurrentItem(pFirst);
         showNode(pFirst);
+    } else if (pItem->pRootItem) {
+        // The machine was looked at and has no USB host controller.
+        appendLine(noControllerText(), QString());
     }
     if (!connect(pTree, &QTreeWidget::itemSelectionChanged, this, &VxUsbBasicInfoDlg::onItemSelectionChanged))
         return false;
@@ -148,6 +151,8 @@ void VxUsbBasicInfoDlg::showNode(QTreeWidgetItem *pTreeItem)
     pTable->setRowCount(0);
     CDialogSink sink(*this);
     CUsbTreeDecoder(sink).printNode(pInfo);
+    // Another node's lines start at their top, not where the last ones were scrolled to.
+    pTable->scrollToTop();
 }
 
 void VxUsbBasicInfoDlg::printTree()
@@ -159,6 +164,13 @@ void VxUsbBasicInfoDlg::printTree()
         return;
     CDialogSink sink(*this);
     CUsbTreeDecoder(sink).printTree(pItem->pRootItem);
+    if (listTextLines.isEmpty())
+        appendLine(noControllerText(), QString());
+}
+
+QString VxUsbBasicInfoDlg::noControllerText()
+{
+    return tr("No USB host controller was found.");
 }
 
 QString VxUsbBasicInfoDlg::breakText(const QString &strText, int nLimit, const QFontMetrics &metrics, bool *pBroken)

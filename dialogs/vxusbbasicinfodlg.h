@@ -39,6 +39,8 @@ public:
     void printTree();
 
     bool isTextMode() const { return bTextMode; }
+    // The line shown instead of a tree when the machine has no USB host controller.
+    static QString noControllerText();
     QStringList textLines() const { return listTextLines; }
     CustomTreeWidget *tree() const { return pTree; }
     CustomTableWidget *table() const { return pTable; }

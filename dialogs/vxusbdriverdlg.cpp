@@ -37,8 +37,26 @@ QStringList VxUSBDriverDlg::labels() const
     return {tr("Driver Name:"), tr("Driver Provider:"), tr("Driver's Latest Update Time:"), tr("Driver Version:")};
 }
 
+bool VxUSBDriverDlg::hasNoController() const
+{
+    return pItem && pItem->nControllers == 0;
+}
+
+int VxUSBDriverDlg::labelWrap() const
+{
+    return hasNoController() ? kSpanWrap : kLabelWrap;
+}
+
+QString VxUSBDriverDlg::noControllerText() const
+{
+    return tr("No USB host controller was found.");
+}
+
 QString VxUSBDriverDlg::tipsText() const
 {
+    if (hasNoController())
+        return tr("USB3 Vision cameras need a USB 3.0 host controller. Install one, or check that it is enabled in the "
+                  "BIOS and that its driver is loaded.");
     return tr("The latest update time of the USB controller driver is too early, which may lead to exception when the "
               "U3V Vision camera acquires streams. Please update the driver.");
 }
@@ -66,10 +84,16 @@ bool VxUSBDriverDlg::init()
     pTable->horizontalHeader()->hide();
     pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     pTable->setWordWrap(true);
-    const QStringList listLabels = labels();
-    const QStringList listValues = {pItem->driverDesc, pItem->providerName, pItem->driverDate, pItem->driverVersion};
-    for (int i = 0; i < listLabels.size(); ++i)
-        addRow(listLabels.at(i), listValues.at(i));
+    if (hasNoController()) {
+        // One line across both columns instead of four bare labels.
+        addRow(noControllerText(), QString());
+        pTable->setSpan(0, 0, 1, 2);
+    } else {
+        const QStringList listLabels = labels();
+        const QStringList listValues = {pItem->driverDesc, pItem->providerName, pItem->driverDate, pItem->driverVersion};
+        for (int i = 0; i < listLabels.size(); ++i)
+            addRow(listLabels.at(i), listValues.at(i));
+    }
 
     if (!connect(this, &CustomMainWindow::cSigButtonClick, this, &CustomMainWindow::cOnButtonClicked))
         return false;
@@ -124,7 +148,7 @@ void VxUSBDriverDlg::addRow(const QString &strLabel, const QString &strValue)
     const int nRow = pTable->rowCount();
     pTable->insertRow(nRow);
     const QFontMetrics metrics(pTable->font());
-    const QString strWrappedLabel = VxTipsWidget::wrapText(strLabel, kLabelWrap, metrics);
+    const QString strWrappedLabel = VxTipsWidget::wrapText(strLabel, labelWrap(), metrics);
     const QString strWrappedValue = VxTipsWidget::wrapText(strValue, kValueWrap, metrics);
     pTable->setRowHeight(nRow, rowHeightFor(strWrappedLabel, strWrappedValue));
     pTable->setItem(nRow, 0, new QTableWidgetItem(strWrappedLabel));
@@ -136,9 +160,9 @@ void VxUSBDriverDlg::changeEvent(QEvent *pEvent)
     if (pEvent->type() == QEvent::LanguageChange && pTable && pTips) {
         cTitleBar()->cSetTitleText(tr("USB Controller Driver Info"));
         const QFontMetrics metrics(pTable->font());
-        const QStringList listLabels = labels();
+        const QStringList listLabels = hasNoController() ? QStringList{noControllerText()} : labels();
         for (int nRow = 0; nRow < pTable->rowCount() && nRow < listLabels.size(); ++nRow) {
-            const QString strWrapped = VxTipsWidget::wrapText(listLabels.at(nRow), kLabelWrap, metrics);
+            const QString strWrapped = VxTipsWidget::wrapText(listLabels.at(nRow), labelWrap(), metrics);
             if (QTableWidgetItem *pLabel = pTable->item(nRow, 0))
                 pLabel->setText(strWrapped);
             const QTableWidgetItem *pValue = pTable->item(nRow, 1);

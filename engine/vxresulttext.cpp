@@ -95,7 +95,9 @@ QStringList itemLines(const CDetectInfo &info)
                           : QCoreApplication::translate("VxOneKeyResult", " USB driver is not installed."));
         break;
     case VxItems::UsbControllerDriver:
-        if (auto *pDrv = dynamic_cast<const CUSBControllerDriverInfo *>(&info)) {
+        if (auto *pDrv = dynamic_cast<const CUSBControllerDriverInfo *>(&info); pDrv && pDrv->nControllers == 0) {
+            lines << QCoreApplication::translate("VxOneKeyResult", "No USB host controller was found.");
+        } else if (pDrv) {
             lines << QCoreApplication::translate("VxOneKeyResult", "Name     : ") + pDrv->driverDesc
                   << QCoreApplication::translate("VxOneKeyResult", "Provider : ") + pDrv->providerName
                   << QCoreApplication::translate("VxOneKeyResult", "Date     : ") + pDrv->driverDate
@@ -120,8 +122,11 @@ QStringList itemLines(const CDetectInfo &info)
         }
         break;
     case VxItems::UsbControllerInfo:
-        if (auto *pUsb = dynamic_cast<const CUsbBasicDetectInfo *>(&info))
+        if (auto *pUsb = dynamic_cast<const CUsbBasicDetectInfo *>(&info)) {
             lines << VxUsbProbe::treeReportLines(pUsb->pRootItem);
+            if (VxUsbProbe::controllerCount(pUsb->pRootItem) == 0)
+                lines << QCoreApplication::translate("VxOneKeyResult", "No USB host controller was found.");
+        }
         break;
     case VxItems::Firewall:
         lines << (bNormal ? QCoreApplication::translate("VxOneKeyResult", "The firewall hasn't been opened")

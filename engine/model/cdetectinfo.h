@@ -51,6 +51,9 @@ public:
     QString providerName;
     QString driverDate;
     QString driverVersion;
+    // USB host controllers the last check found; -1: not known (not checked,
+    // or the probe library is missing). 0 makes the item exceptional.
+    int nControllers = -1;
 };
 
 // Item 2048: ready-to-show facts about the PC.

@@ -61,12 +61,14 @@ enum UsbConnectionStatus {
     UsbDeviceReset = 10
 };
 
-/* Device speed codes (Windows USB_DEVICE_SPEED values). */
+/* Device speed codes (Windows USB_DEVICE_SPEED values, and a code for a
+ * speed the platform did not tell). */
 enum UsbDeviceSpeed {
     UsbSpeedLow = 0,
     UsbSpeedFull = 1,
     UsbSpeedHigh = 2,
-    UsbSpeedSuper = 3
+    UsbSpeedSuper = 3,
+    UsbSpeedUnknown = 0xFF
 };
 
 struct UsbTreeItem;
@@ -195,7 +197,11 @@ typedef struct UsbHubCapabilities {
 } UsbHubCapabilities;
 
 /* One string descriptor of a device: index, language and the standard
- * string descriptor bytes (bLength, bDescriptorType 3, UTF-16LE text). */
+ * string descriptor bytes (bLength, bDescriptorType 3, UTF-16LE text).
+ * LanguageId is the LANGID the string was read in: the first language of
+ * the device's string descriptor 0; 0 when it could not be learnt (Linux
+ * without access to the device node: the kernel reads the strings in that
+ * same first language but does not say which one it is). */
 typedef struct UsbStringDescriptorNode {
     struct UsbStringDescriptorNode *pNext;
     uint32_t DescriptorIndex;

@@ -27,6 +27,24 @@ public:
     {
         return readFile(strDir + "/" + pName, strOut, nMax);
     }
+    // The path of a file on the machine's disk; false for a tree that is
+    // not on disk.
+    virtual bool localPath(const std::string &strPath, std::string &strOut)
+    {
+        (void)strPath;
+        (void)strOut;
+        return false;
+    }
+    // String descriptor 0 (the language list) of the device with this bus and
+    // device number, asked from the device itself; false when that is not
+    // possible (by default, and without write access to the device node).
+    virtual bool readLanguageDescriptor(unsigned nBus, unsigned nDevNum, std::string &strOut)
+    {
+        (void)nBus;
+        (void)nDevNum;
+        (void)strOut;
+        return false;
+    }
 };
 
 // The machine's tree below $VETRIX_SYSROOT (default "/").
@@ -44,6 +62,15 @@ public:
     bool readLink(const std::string &strPath, std::string &strOut) override;
     // Opens the folder once and the files relative to it (fewer path walks).
     bool readFileIn(const std::string &strDir, const char *pName, std::string &strOut, size_t nMax) override;
+    bool localPath(const std::string &strPath, std::string &strOut) override
+    {
+        strOut = full(strPath);
+        return true;
+    }
+    // Through usbfs (/dev/bus/usb/BBB/DDD below the root): a GET_DESCRIPTOR
+    // control request, which needs the node open for writing (root, or a
+    // udev rule that grants the user the device).
+    bool readLanguageDescriptor(unsigned nBus, unsigned nDevNum, std::string &strOut) override;
     const std::string &root() const { return m_strRoot; }
 
 private:

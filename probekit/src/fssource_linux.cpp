@@ -2,10 +2,13 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/usbdevice_fs.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 
 namespace probekit {
@@ -127,6 +130,39 @@ bool RealFsSource::readLink(const std::string &strPath, std::string &strOut)
         return false;
     strOut.assign(buf, size_t(n));
     return true;
+}
+
+bool RealFsSource::readLanguageDescriptor(unsigned nBus, unsigned nDevNum, std::string &strOut)
+{
+    strOut.clear();
+    if (nBus == 0 || nBus > 999 || nDevNum == 0 || nDevNum > 999)
+        return false;
+    char path[32];
+    std::snprintf(path, sizeof path, "/dev/bus/usb/%03u/%03u", nBus, nDevNum);
+    // Without write access usbfs refuses control requests; O_NONBLOCK keeps
+    // anything planted in a fake tree from blocking the open.
+    const int fd = ::open(full(path).c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (fd < 0)
+        return false;
+    struct stat st;
+    unsigned char buf[255] = {};
+    bool ok = ::fstat(fd, &st) == 0 && S_ISCHR(st.st_mode);
+    if (ok) {
+        usbdevfs_ctrltransfer request{};
+        request.bRequestType = 0x80; // device to host, standard, device
+        request.bRequest = 6;        // GET_DESCRIPTOR
+        request.wValue = 3 << 8;     // string descriptor 0
+        request.wIndex = 0;
+        request.wLength = sizeof buf;
+        request.timeout = 500; // ms
+        request.data = buf;
+        const int n = ::ioctl(fd, USBDEVFS_CONTROL, &request);
+        ok = n >= 2;
+        if (ok)
+            strOut.assign(reinterpret_cast<const char *>(buf), size_t(n));
+    }
+    ::close(fd);
+    return ok;
 }
 
 } // namespace probekit

@@ -16,7 +16,7 @@ class FsSource;
 
 std::string trimmed(std::string s);
 bool parseNumber(const std::string &strText, int nBase, unsigned long &uOut);
-// Speed attribute (Mbit/s) to the speed code.
+// Speed attribute (Mbit/s) to the speed code; UsbSpeedUnknown when it names none.
 uint8_t speedCode(const std::string &strSpeed);
 std::string bcdVersion(uint16_t bcd);
 
@@ -28,15 +28,22 @@ struct DeviceFacts
     std::string strDescriptors;
     bool bHaveDd = false;
     UsbDeviceDescriptor dd{};
-    const uint8_t *pConfig = nullptr; // active configuration inside strDescriptors
+    // The configuration shown: the one at index 0 (the first after the
+    // device descriptor), as the Windows reader asks for it.
+    const uint8_t *pConfig = nullptr;
     size_t nConfig = 0;
-    uint8_t uSpeed = UsbSpeedFull;
+    // The active configuration (bConfigurationValue): open pipes, current
+    // alternate settings and the strings sysfs keeps belong to it.
+    const uint8_t *pActive = nullptr;
+    size_t nActive = 0;
+    uint8_t uSpeed = UsbSpeedUnknown;
     uint16_t uDevNum = 0;
     uint8_t uConfigValue = 0;
     unsigned nPorts = 0;
     bool bHub = false;
     std::map<unsigned, unsigned> mapAltSetting;     // interface -> current alternate setting
     std::vector<std::pair<uint32_t, std::string>> vecStrings; // index -> text
+    uint16_t uLanguage = 0; // LANGID of the strings; 0: not known
 };
 
 // Reads device directories and turns their facts into tree records.
@@ -57,8 +64,12 @@ public:
     UsbStringDescriptorNode *makeStrings(const DeviceFacts &facts);
 
 private:
+    // Whether the device nodes of usbfs exist (looked at once per reader).
+    bool hasUsbfs();
+
     FsSource &m_fs;
     Arena &m_arena;
+    int m_nUsbfs = -1;
 };
 
 } // namespace probekit

@@ -6,6 +6,7 @@
 
 #include "fssource.h"
 #include "treebuilder.h"
+#include "usbstrings.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -57,7 +58,7 @@ uint8_t speedCode(const std::string &strSpeed)
     unsigned long v = 0;
     if (parseNumber(s, 10, v) && v >= 5000)
         return UsbSpeedSuper;
-    return UsbSpeedFull;
+    return UsbSpeedUnknown;
 }
 
 std::string bcdVersion(uint16_t bcd)
@@ -91,31 +92,31 @@ void SysfsDeviceReader::readDevice(DeviceFacts &f, bool bRootHub)
         f.bHaveDd = true;
     }
     unsigned long v = 0;
-    if (attrNumber(d, "bConfigurationValue", 10, v) && v <= 255)
+    const bool bConfigKnown = attrNumber(d, "bConfigurationValue", 10, v) && v <= 255;
+    if (bConfigKnown)
         f.uConfigValue = uint8_t(v);
-    // The configurations follow the device descriptor, each wTotalLength long.
+    // The configurations follow the device descriptor, each wTotalLength
+    // long: the first is shown, the active one tells pipes and strings.
     size_t pos = sizeof(UsbDeviceDescriptor);
-    const uint8_t *pFirst = nullptr;
-    size_t nFirst = 0;
     while (pos + 4 <= n) {
         const size_t nTotal = le16(p + pos + 2);
         if (nTotal < 4 || p[pos + 1] != 2)
             break;
         const size_t nHave = std::min(nTotal, n - pos);
-        if (!pFirst) {
-            pFirst = p + pos;
-            nFirst = nHave;
-        }
-        if (nHave >= 6 && p[pos + 5] == f.uConfigValue) {
+        if (!f.pConfig) {
             f.pConfig = p + pos;
             f.nConfig = nHave;
+        }
+        if (nHave >= 6 && p[pos + 5] == f.uConfigValue) {
+            f.pActive = p + pos;
+            f.nActive = nHave;
             break;
         }
         pos += nHave;
     }
-    if (!f.pConfig) {
-        f.pConfig = pFirst;
-        f.nConfig = nFirst;
+    if (!bConfigKnown && !f.pActive) { // no attribute: take the first as the active one
+        f.pActive = f.pConfig;
+        f.nActive = f.nConfig;
     }
     if (!f.pConfig && n > sizeof(UsbDeviceDescriptor)) { // odd data: hand it over as it is
         f.pConfig = p + sizeof(UsbDeviceDescriptor);
@@ -125,10 +126,15 @@ void SysfsDeviceReader::readDevice(DeviceFacts &f, bool bRootHub)
     f.uSpeed = speedCode(attr(d, "speed"));
     if (attrNumber(d, "devnum", 10, v) && v <= 0xFFFF)
         f.uDevNum = uint16_t(v);
-    f.bHub = bRootHub || (f.bHaveDd && f.dd.bDeviceClass == 9);
-    if (f.bHub && attrNumber(d, "maxchild", 10, v))
+    // A hub: the root hub, the hub device class, or any device the kernel
+    // gave ports (a hub that declares its class only on its interface).
+    const bool bMaxChild = attrNumber(d, "maxchild", 10, v);
+    if (bMaxChild)
         f.nPorts = unsigned(std::min<unsigned long>(v, kMaxPorts));
-    if (f.bHub && f.nPorts == 0 && attr(d, "maxchild").empty()) {
+    f.bHub = bRootHub || (f.bHaveDd && f.dd.bDeviceClass == 9) || f.nPorts > 0;
+    if (!f.bHub)
+        f.nPorts = 0;
+    if (f.bHub && f.nPorts == 0 && !bMaxChild) {
         // No maxchild: count the port entries of the hub interface instead.
         std::vector<std::string> vecNames;
         const std::string strIf = d + "/" + (bRootHub ? f.strName.substr(3) + "-0" : f.strName) + ":"
@@ -153,24 +159,24 @@ void SysfsDeviceReader::readDevice(DeviceFacts &f, bool bRootHub)
     }
     // Walk the active configuration (stride bLength) for its string and the
     // current alternate settings of its interfaces.
-    if (f.pConfig && f.nConfig >= 9 && f.pConfig[1] == 2) {
-        if (f.pConfig[6] != 0) {
+    if (f.pActive && f.nActive >= 9 && f.pActive[1] == 2) {
+        if (f.pActive[6] != 0) {
             std::string text;
             if (m_fs.readFileIn(d, "configuration", text, kMaxAttrBytes))
-                f.vecStrings.emplace_back(f.pConfig[6], trimmed(text));
+                f.vecStrings.emplace_back(f.pActive[6], trimmed(text));
         }
         const std::string strIfBase = d + "/" + (bRootHub ? f.strName.substr(3) + "-0" : f.strName) + ":"
-                                      + std::to_string(f.pConfig[5]) + ".";
+                                      + std::to_string(f.pActive[5]) + ".";
         std::vector<unsigned> vecAlternates;
         size_t at = 0;
-        while (at + 2 <= f.nConfig) {
-            const uint8_t len = f.pConfig[at];
-            if (len < 2 || at + len > f.nConfig)
+        while (at + 2 <= f.nActive) {
+            const uint8_t len = f.pActive[at];
+            if (len < 2 || at + len > f.nActive)
                 break;
-            if (f.pConfig[at + 1] == 4 && len >= 9) {
+            if (f.pActive[at + 1] == 4 && len >= 9) {
                 // Interfaces with alternate settings: the current one is in sysfs.
-                const unsigned nIf = f.pConfig[at + 2];
-                if (f.pConfig[at + 3] != 0)
+                const unsigned nIf = f.pActive[at + 2];
+                if (f.pActive[at + 3] != 0)
                     vecAlternates.push_back(nIf);
                 f.mapAltSetting.emplace(nIf, 0u);
             }
@@ -183,22 +189,40 @@ void SysfsDeviceReader::readDevice(DeviceFacts &f, bool bRootHub)
         }
         // Interface strings of the current settings.
         at = 0;
-        while (at + 2 <= f.nConfig) {
-            const uint8_t len = f.pConfig[at];
-            if (len < 2 || at + len > f.nConfig)
+        while (at + 2 <= f.nActive) {
+            const uint8_t len = f.pActive[at];
+            if (len < 2 || at + len > f.nActive)
                 break;
-            if (f.pConfig[at + 1] == 4 && len >= 9 && f.pConfig[at + 8] != 0) {
-                const unsigned nIf = f.pConfig[at + 2];
+            if (f.pActive[at + 1] == 4 && len >= 9 && f.pActive[at + 8] != 0) {
+                const unsigned nIf = f.pActive[at + 2];
                 auto it = f.mapAltSetting.find(nIf);
-                if (it != f.mapAltSetting.end() && it->second == f.pConfig[at + 3]) {
+                if (it != f.mapAltSetting.end() && it->second == f.pActive[at + 3]) {
                     std::string text;
                     if (m_fs.readFile(strIfBase + std::to_string(nIf) + "/interface", text, kMaxAttrBytes))
-                        f.vecStrings.emplace_back(f.pConfig[at + 8], trimmed(text));
+                        f.vecStrings.emplace_back(f.pActive[at + 8], trimmed(text));
                 }
             }
             at += len;
         }
     }
+    // The kernel reads these strings in the first language of the device's
+    // string descriptor 0 and does not say which one that is: ask the device
+    // when its node may be used, else the language stays unknown (0).
+    if (!f.vecStrings.empty() && f.uDevNum != 0 && hasUsbfs()) {
+        // The bus number leads the name: "usb3" or "3-1.2".
+        unsigned long nBus = 0;
+        const std::string strBus = bRootHub ? f.strName.substr(3) : f.strName.substr(0, f.strName.find('-'));
+        std::string strZero;
+        if (parseNumber(strBus, 10, nBus) && m_fs.readLanguageDescriptor(unsigned(nBus), f.uDevNum, strZero))
+            f.uLanguage = firstLanguage(reinterpret_cast<const uint8_t *>(strZero.data()), strZero.size());
+    }
+}
+
+bool SysfsDeviceReader::hasUsbfs()
+{
+    if (m_nUsbfs < 0)
+        m_nUsbfs = m_fs.isDir("/dev/bus/usb", true) ? 1 : 0;
+    return m_nUsbfs == 1;
 }
 
 UsbStringDescriptorNode *SysfsDeviceReader::makeStrings(const DeviceFacts &f)
@@ -211,7 +235,7 @@ UsbStringDescriptorNode *SysfsDeviceReader::makeStrings(const DeviceFacts &f)
             bDuplicate = bDuplicate || q->DescriptorIndex == entry.first;
         if (bDuplicate)
             continue;
-        UsbStringDescriptorNode *pNode = makeStringDescriptor(m_arena, entry.first, entry.second);
+        UsbStringDescriptorNode *pNode = makeStringDescriptor(m_arena, entry.first, f.uLanguage, entry.second);
         if (!pNode)
             break;
         *ppNext = pNode;
@@ -224,22 +248,22 @@ UsbPortConnectionInfo *SysfsDeviceReader::makeConnectionInfo(const DeviceFacts *
 {
     // Open pipes: the endpoints of the current settings of the active configuration.
     std::vector<UsbEndpointDescriptor> vecPipes;
-    if (f && f->pConfig) {
+    if (f && f->pActive) {
         int nIf = -1, nAlt = -1;
         size_t at = 0;
-        while (at + 2 <= f->nConfig && vecPipes.size() < kMaxPipes) {
-            const uint8_t len = f->pConfig[at];
-            if (len < 2 || at + len > f->nConfig)
+        while (at + 2 <= f->nActive && vecPipes.size() < kMaxPipes) {
+            const uint8_t len = f->pActive[at];
+            if (len < 2 || at + len > f->nActive)
                 break;
-            const uint8_t type = f->pConfig[at + 1];
+            const uint8_t type = f->pActive[at + 1];
             if (type == 4 && len >= 9) {
-                nIf = f->pConfig[at + 2];
-                nAlt = f->pConfig[at + 3];
+                nIf = f->pActive[at + 2];
+                nAlt = f->pActive[at + 3];
             } else if (type == 5 && len >= 7 && nIf >= 0) {
                 auto it = f->mapAltSetting.find(unsigned(nIf));
                 if (it != f->mapAltSetting.end() && int(it->second) == nAlt) {
                     UsbEndpointDescriptor ep;
-                    std::memcpy(&ep, f->pConfig + at, sizeof ep);
+                    std::memcpy(&ep, f->pActive + at, sizeof ep);
                     ep.bLength = 7;
                     vecPipes.push_back(ep);
                 }
@@ -304,8 +328,8 @@ UsbHubNodeInfo *SysfsDeviceReader::makeHubInfo(const DeviceFacts &f, bool bRootH
     hd.bNumberOfPorts = uint8_t(f.nPorts);
     hd.bDescriptorLength = uint8_t(bSuper ? 12 : 7 + 2 * ((f.nPorts + 8) / 8));
     pInfo->uHubFieldsKnown = UsbHubFieldPorts;
-    if (f.pConfig && f.nConfig >= 9) {
-        pBlock->HubIsBusPowered = (f.pConfig[7] & 0x40) ? 0 : 1;
+    if (f.pActive && f.nActive >= 9) {
+        pBlock->HubIsBusPowered = (f.pActive[7] & 0x40) ? 0 : 1;
         pInfo->uHubFieldsKnown |= UsbHubFieldBusPowered;
     }
     pInfo->pHubInfo = pBlock;
@@ -319,12 +343,12 @@ UsbHubNodeInfo *SysfsDeviceReader::makeHubInfo(const DeviceFacts &f, bool bRootH
         uFlags |= 0x04; // multi-TT capable; on when the hub interface runs its multi-TT setting
         auto it = f.mapAltSetting.find(0);
         size_t at = 0;
-        while (f.pConfig && at + 9 <= f.nConfig && it != f.mapAltSetting.end()) {
-            const uint8_t len = f.pConfig[at];
+        while (f.pActive && at + 9 <= f.nActive && it != f.mapAltSetting.end()) {
+            const uint8_t len = f.pActive[at];
             if (len < 2)
                 break;
-            if (f.pConfig[at + 1] == 4 && f.pConfig[at + 2] == 0 && f.pConfig[at + 3] == it->second
-                && f.pConfig[at + 7] == 2)
+            if (f.pActive[at + 1] == 4 && f.pActive[at + 2] == 0 && f.pActive[at + 3] == it->second
+                && f.pActive[at + 7] == 2)
                 uFlags |= 0x08;
             at += len;
         }

@@ -55,7 +55,4 @@ void buildPlatformTree(UsbRootItem *pRoot, Arena &arena);
 void buildSysfsTree(FsSource &fs, UsbRootItem *pRoot, Arena &arena);
 #endif
 
-// Standard string descriptor bytes for a UTF-8 text (cut to 126 UTF-16 units).
-UsbStringDescriptorNode *makeStringDescriptor(Arena &arena, uint32_t uIndex, const std::string &strUtf8);
-
 } // namespace probekit

@@ -249,28 +249,6 @@ void SysfsTreeBuilder::build(UsbRootItem *pRoot)
 
 } // namespace
 
-UsbStringDescriptorNode *makeStringDescriptor(Arena &arena, uint32_t uIndex, const std::string &strUtf8)
-{
-    std::u16string text = utf8ToUtf16(strUtf8);
-    if (text.size() > 126)
-        text.resize(126);
-    auto *pNode = arena.make<UsbStringDescriptorNode>();
-    auto *pBytes = static_cast<uint8_t *>(arena.alloc(2 + 2 * text.size()));
-    if (!pNode || !pBytes)
-        return nullptr;
-    pBytes[0] = uint8_t(2 + 2 * text.size());
-    pBytes[1] = 3;
-    for (size_t i = 0; i < text.size(); ++i) {
-        pBytes[2 + 2 * i] = uint8_t(text[i] & 0xFF);
-        pBytes[3 + 2 * i] = uint8_t(text[i] >> 8);
-    }
-    pNode->DescriptorIndex = uIndex;
-    pNode->LanguageId = 0x0409;
-    pNode->Length = pBytes[0];
-    pNode->pDescriptor = pBytes;
-    return pNode;
-}
-
 void buildSysfsTree(FsSource &fs, UsbRootItem *pRoot, Arena &arena)
 {
     SysfsTreeBuilder(fs, arena).build(pRoot);

@@ -3,6 +3,7 @@
 // root hub and every port: node information, hub capabilities, connection
 // information, configuration and string descriptors.
 #include "treebuilder.h"
+#include "usbstrings.h"
 
 #include <windows.h>
 #include <initguid.h>
@@ -138,6 +139,8 @@ uint32_t hexAfter(const std::wstring &strText, const wchar_t *pTag)
     return uint32_t(wcstoul(strText.c_str() + at + wcslen(pTag), nullptr, 16));
 }
 
+constexpr USHORT kFirstConfigBytes = 4096;
+
 class CWinTreeBuilder
 {
 public:
@@ -181,18 +184,42 @@ UsbHubNodeInfo *CWinTreeBuilder::hubInfo(HANDLE hHub, const std::wstring &strNam
     return pInfo;
 }
 
-UsbDescriptorRequest *CWinTreeBuilder::configuration(HANDLE hHub, ULONG nPort)
+// One GET_DESCRIPTOR request to the device on a hub port: the 12-byte
+// request header followed by at most nLength descriptor bytes; false when
+// the hub driver returns nothing beyond the header.
+bool requestDescriptor(HANDLE hHub, ULONG nPort, USHORT uValue, USHORT uIndex, USHORT nLength, std::vector<BYTE> &buffer)
 {
-    std::vector<BYTE> buffer(sizeof(USB_DESCRIPTOR_REQUEST) + 4096);
+    buffer.assign(sizeof(USB_DESCRIPTOR_REQUEST) + nLength, 0);
     auto *pReq = reinterpret_cast<USB_DESCRIPTOR_REQUEST *>(buffer.data());
     pReq->ConnectionIndex = nPort;
-    pReq->SetupPacket.wValue = (USB_CONFIGURATION_DESCRIPTOR_TYPE << 8) | 0;
-    pReq->SetupPacket.wLength = USHORT(4096);
+    pReq->SetupPacket.bmRequest = 0x80;
+    pReq->SetupPacket.bRequest = USB_REQUEST_GET_DESCRIPTOR;
+    pReq->SetupPacket.wValue = uValue;
+    pReq->SetupPacket.wIndex = uIndex;
+    pReq->SetupPacket.wLength = nLength;
     DWORD nReturned = 0;
     if (!ioctl(hHub, IOCTL_USB_GET_DESCRIPTOR_FROM_NODE_CONNECTION, buffer.data(), DWORD(buffer.size()), &nReturned)
         || nReturned <= 12)
+        return false;
+    buffer.resize(nReturned < buffer.size() ? nReturned : buffer.size());
+    return true;
+}
+
+// The configuration at index 0, the first the device reports (the one the
+// Linux reader shows too), with all of its wTotalLength bytes: a device
+// whose configuration is longer than the first buffer is asked again.
+UsbDescriptorRequest *CWinTreeBuilder::configuration(HANDLE hHub, ULONG nPort)
+{
+    const USHORT uValue = USHORT(USB_CONFIGURATION_DESCRIPTOR_TYPE << 8);
+    std::vector<BYTE> buffer;
+    if (!requestDescriptor(hHub, nPort, uValue, 0, kFirstConfigBytes, buffer))
         return nullptr;
-    const size_t nBytes = nReturned - 12;
+    if (buffer.size() >= 12 + 4) {
+        const size_t nTotal = size_t(buffer[12 + 2] | (buffer[12 + 3] << 8));
+        if (nTotal > buffer.size() - 12 && !requestDescriptor(hHub, nPort, uValue, 0, USHORT(nTotal), buffer))
+            return nullptr;
+    }
+    const size_t nBytes = buffer.size() - 12;
     auto *pOut = static_cast<UsbDescriptorRequest *>(m_arena.alloc(12 + nBytes));
     if (!pOut)
         return nullptr;
@@ -218,29 +245,35 @@ UsbStringDescriptorNode *CWinTreeBuilder::strings(HANDLE hHub, ULONG nPort, cons
     }
     UsbStringDescriptorNode *pHead = nullptr;
     UsbStringDescriptorNode **ppNext = &pHead;
+    bool bAny = false;
+    for (const uint8_t index : vecIndexes)
+        bAny = bAny || index != 0;
+    if (!bAny)
+        return nullptr;
+    // String descriptor 0 lists the languages; the strings are asked for in
+    // the first one. A device that lists none has no strings to ask for.
+    std::vector<BYTE> buffer;
+    if (!requestDescriptor(hHub, nPort, USHORT(USB_STRING_DESCRIPTOR_TYPE << 8), 0, 255, buffer))
+        return nullptr;
+    const uint16_t uLanguage = firstLanguage(buffer.data() + 12, buffer.size() - 12);
+    if (uLanguage == 0)
+        return nullptr;
     std::vector<bool> seen(256, false);
     for (const uint8_t index : vecIndexes) {
         if (index == 0 || seen[index])
             continue;
         seen[index] = true;
-        std::vector<BYTE> buffer(sizeof(USB_DESCRIPTOR_REQUEST) + 255);
-        auto *pReq = reinterpret_cast<USB_DESCRIPTOR_REQUEST *>(buffer.data());
-        pReq->ConnectionIndex = nPort;
-        pReq->SetupPacket.wValue = USHORT((USB_STRING_DESCRIPTOR_TYPE << 8) | index);
-        pReq->SetupPacket.wIndex = 0x0409;
-        pReq->SetupPacket.wLength = 255;
-        DWORD nReturned = 0;
-        if (!ioctl(hHub, IOCTL_USB_GET_DESCRIPTOR_FROM_NODE_CONNECTION, buffer.data(), DWORD(buffer.size()), &nReturned)
-            || nReturned < 12 + 2)
+        if (!requestDescriptor(hHub, nPort, USHORT((USB_STRING_DESCRIPTOR_TYPE << 8) | index), uLanguage, 255, buffer)
+            || buffer.size() < 12 + 2)
             continue;
-        const size_t nBytes = nReturned - 12;
+        const size_t nBytes = buffer.size() - 12;
         auto *pNode = m_arena.make<UsbStringDescriptorNode>();
         auto *pBytes = static_cast<uint8_t *>(m_arena.alloc(nBytes));
         if (!pNode || !pBytes)
             break;
         std::memcpy(pBytes, buffer.data() + 12, nBytes);
         pNode->DescriptorIndex = index;
-        pNode->LanguageId = 0x0409;
+        pNode->LanguageId = uLanguage;
         pNode->Length = uint32_t(nBytes);
         pNode->pDescriptor = pBytes;
         *ppNext = pNode;
@@ -385,25 +418,6 @@ void CWinTreeBuilder::build(UsbRootItem *pRoot)
 void buildPlatformTree(UsbRootItem *pRoot, Arena &arena)
 {
     CWinTreeBuilder(arena).build(pRoot);
-}
-
-UsbStringDescriptorNode *makeStringDescriptor(Arena &arena, uint32_t uIndex, const std::string &strUtf8)
-{
-    std::u16string text = utf8ToUtf16(strUtf8);
-    if (text.size() > 126)
-        text.resize(126);
-    auto *pNode = arena.make<UsbStringDescriptorNode>();
-    auto *pBytes = static_cast<uint8_t *>(arena.alloc(2 + 2 * text.size()));
-    if (!pNode || !pBytes)
-        return nullptr;
-    pBytes[0] = uint8_t(2 + 2 * text.size());
-    pBytes[1] = 3;
-    std::memcpy(pBytes + 2, text.data(), 2 * text.size());
-    pNode->DescriptorIndex = uIndex;
-    pNode->LanguageId = 0x0409;
-    pNode->Length = pBytes[0];
-    pNode->pDescriptor = pBytes;
-    return pNode;
 }
 
 } // namespace probekit

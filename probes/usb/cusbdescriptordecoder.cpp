@@ -305,14 +305,20 @@ void CUsbDescriptorDecoder::printMember(EUsbMember eMember, const quint8 *p, int
     }
 }
 
-bool CUsbDescriptorDecoder::printAudio(int nSubClass, const quint8 *p, int nLen)
+bool CUsbDescriptorDecoder::printAudio(int nSubClass, const quint8 *p, int nLen, int nProtocol)
 {
     if (!p || nLen < 3)
         return false;
+    // The layouts below are those of USB Audio 1.0. Audio 2.0 and 3.0
+    // interfaces (bInterfaceProtocol 0x20, 0x30) lay their descriptors out
+    // differently, and MIDI Streaming (subclass 3) has its own; those are
+    // declined rather than misread.
+    if (nProtocol == kAudioProtocol20 || nProtocol == kAudioProtocol30)
+        return false;
     const quint8 type = p[1];
     const quint8 subtype = p[2];
-    if (type == 0x25) { // class-specific endpoint
-        if (subtype != 1)
+    if (type == 0x25) { // class-specific endpoint: the audio data endpoint of a streaming interface
+        if (nSubClass != 2 || subtype != 1)
             return false;
         printMember(EUsbMember::AsDataEndpoint, p, nLen);
         return true;
@@ -358,6 +364,7 @@ void CUsbDescriptorDecoder::walkConfiguration(const quint8 *pData, int nBytes)
             if (nLen == 9 || nLen == 12) {
                 m_nInterfaceClass = p[5];
                 m_nInterfaceSubClass = p[6];
+                m_nInterfaceProtocol = p[7];
                 printMember(EUsbMember::Interface, p, nLen);
             } else {
                 printMember(EUsbMember::Unknown, p, nLen);
@@ -370,7 +377,7 @@ void CUsbDescriptorDecoder::walkConfiguration(const quint8 *pData, int nBytes)
             printMember(nLen >= 10 ? EUsbMember::Hid : EUsbMember::Unknown, p, nLen);
             break;
         default:
-            if (m_nInterfaceClass != 1 || !printAudio(m_nInterfaceSubClass, p, nLen))
+            if (m_nInterfaceClass != 1 || !printAudio(m_nInterfaceSubClass, p, nLen, m_nInterfaceProtocol))
                 printMember(EUsbMember::Unknown, p, nLen);
             break;
         }

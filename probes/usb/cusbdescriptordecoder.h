@@ -47,9 +47,13 @@ public:
     // One member over one descriptor's bytes (nBytes = what may be read).
     void printMember(EUsbMember eMember, const quint8 *pData, int nBytes);
 
-    // The audio class decoder for the current interface subclass; false
-    // when it does not know the descriptor (nothing is printed then).
-    bool printAudio(int nSubClass, const quint8 *pData, int nBytes);
+    // The audio class decoder (USB Audio 1.0) for the current interface
+    // subclass and protocol; false when it does not know the descriptor
+    // (nothing is printed then): MIDI Streaming (subclass 3) and Audio 2.0
+    // or 3.0 interfaces are declined.
+    bool printAudio(int nSubClass, const quint8 *pData, int nBytes, int nProtocol = 0);
+    static constexpr int kAudioProtocol20 = 0x20;
+    static constexpr int kAudioProtocol30 = 0x30;
 
     // The connection lines of a port, then its device descriptor.
     void printConnection(const UsbPortConnectionInfo *pInfo);
@@ -74,4 +78,5 @@ private:
     const UsbStringDescriptorNode *m_pStrings;
     int m_nInterfaceClass = -1;
     int m_nInterfaceSubClass = -1;
+    int m_nInterfaceProtocol = -1;
 };

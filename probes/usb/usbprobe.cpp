@@ -168,11 +168,28 @@ void applyDriverFacts(const UsbRootItem *pRoot, CUSBControllerDriverInfo &info, 
     }
 }
 
+int controllerCount(const UsbRootItem *pRoot)
+{
+    if (!pRoot)
+        return -1;
+    int nControllers = 0;
+    int nSeen = 0;
+    for (const UsbListNode *pCell = pRoot->pChildren; pCell && nSeen < kMaxControllers; pCell = pCell->pNext, ++nSeen)
+        if (pCell->pItem && pCell->pItem->pInfo && static_cast<const UsbControllerInfo *>(pCell->pItem->pInfo)->Kind == 0)
+            ++nControllers;
+    return nControllers;
+}
+
 void usbDriverCheck(CUSBControllerDriverInfo &info, UsbRootItem **ppRoot)
 {
     UsbRootItem *pRoot = buildTree();
     if (ppRoot)
         *ppRoot = pRoot;
+    // A PC without any USB host controller cannot run a USB3 Vision camera:
+    // that is a finding, not a pass.
+    info.nControllers = controllerCount(pRoot);
+    if (info.nControllers == 0)
+        info.bNormal = 0;
     applyDriverFacts(pRoot, info, readControllerDriver);
     if (!ppRoot)
         destroyTree(pRoot);

@@ -34,8 +34,11 @@ void unloadLibrary();
 void usbTreeCheck(CUsbBasicDetectInfo &info);
 // Item 32: builds a tree (handed to the caller when ppRoot is given, else
 // released) and reads every controller's driver facts; the last controller
-// wins. Without the library the record is left as it is.
+// wins. Without the library the record is left as it is; a tree without any
+// host controller sets nControllers to 0 and makes the item exceptional.
 void usbDriverCheck(CUSBControllerDriverInfo &info, UsbRootItem **ppRoot);
+// The host controllers (kind-0 entries) of a tree; -1 for no tree.
+int controllerCount(const UsbRootItem *pRoot);
 
 // --- the driver facts, platform part and rule --------------------------------
 struct CControllerDriverFacts

@@ -571,6 +571,10 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Not available: this check has no probe on this platform.</source>
         <translation>不可用：此平台上没有该项检查。</translation>
     </message>
+    <message>
+        <source>No USB host controller was found.</source>
+        <translation>未找到USB主控制器。</translation>
+    </message>
 </context>
 <context>
     <name>VxOneKeyResultTree</name>
@@ -889,12 +893,24 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>USB Controller Driver Info</source>
         <translation>USB控制器驱动信息</translation>
     </message>
+    <message>
+        <source>No USB host controller was found.</source>
+        <translation>未找到USB主控制器。</translation>
+    </message>
+    <message>
+        <source>USB3 Vision cameras need a USB 3.0 host controller. Install one, or check that it is enabled in the BIOS and that its driver is loaded.</source>
+        <translation>USB3 Vision相机需要USB 3.0主控制器。请安装一个，或检查它是否已在BIOS中启用且其驱动程序已加载。</translation>
+    </message>
 </context>
 <context>
     <name>VxUsbBasicInfoDlg</name>
     <message>
         <source>USB Controller Info</source>
         <translation>USB控制器信息</translation>
+    </message>
+    <message>
+        <source>No USB host controller was found.</source>
+        <translation>未找到USB主控制器。</translation>
     </message>
 </context>
 </TS>

@@ -16,7 +16,11 @@
 #include "vxusbbasicdelegate.h"
 #include "vxusbbasicinfodlg.h"
 
+#include <QApplication>
+#include <QDir>
 #include <QHeaderView>
+#include <QScrollBar>
+#include <QTemporaryDir>
 #include <QPainter>
 #include <QTest>
 
@@ -285,19 +289,11 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(VxUsbBasicInfoDlg dialog(nullptr, true), std::bad_alloc);
     }
 
-    void emptyTreesShowAnEmptyDialog_data()
-    {
-        QTest::addColumn<bool>("bWithRoot");
-        QTest::addRow("no tree at all") << false;
-        QTest::addRow("a root with no children") << true;
-    }
-
     void emptyTreesShowAnEmptyDialog()
     {
-        QFETCH(bool, bWithRoot);
-        TreeBuilder builder;
+        // No tree at all (the probe library is missing): nothing is known,
+        // nothing is shown.
         CUsbBasicDetectInfo info;
-        info.pRootItem = bWithRoot ? &builder.root : nullptr;
         VxUsbBasicInfoDlg dialog(&info);
         QCOMPARE(dialog.tree()->topLevelItemCount(), 0);
         QCOMPARE(dialog.table()->rowCount(), 0);
@@ -307,7 +303,100 @@ private slots:
         VxUsbBasicInfoDlg text(&info, true);
         text.printTree();
         QVERIFY(text.textLines().isEmpty());
+    }
+
+    void noControllerIsSaid_data()
+    {
+        QTest::addColumn<bool>("bFromSysroot");
+        QTest::addRow("a root with no children") << false;
+        QTest::addRow("a system root without USB") << true;
+    }
+
+    void noControllerIsSaid()
+    {
+        // The machine was looked at and has no USB host controller: the
+        // viewer says so instead of showing two blank panes.
+        QFETCH(bool, bFromSysroot);
+        TreeBuilder builder;
+        CUsbBasicDetectInfo info;
+        QTemporaryDir dir;
+        if (bFromSysroot) {
+            QVERIFY(dir.isValid());
+            QDir().mkpath(dir.path() + "/sys/bus/pci/devices");
+            qputenv("VETRIX_SYSROOT", dir.path().toLocal8Bit());
+            VxUsbProbe::setLibraryPath(kLibrary);
+            VxUsbProbe::usbTreeCheck(info);
+            QVERIFY(info.pRootItem);
+            QVERIFY(!info.pRootItem->pChildren);
+        } else {
+            info.pRootItem = &builder.root;
+        }
+        VxUsbBasicInfoDlg dialog(&info);
+        QCOMPARE(dialog.tree()->topLevelItemCount(), 0);
+        QCOMPARE(tableLines(dialog.table()), Lines({{"No USB host controller was found.", ""}}));
+        QCOMPARE(dialog.table()->columnSpan(0, 0), 2);
+        VxUsbBasicInfoDlg text(&info, true);
+        text.printTree();
+        QCOMPARE(text.textLines(), QStringList({"No USB host controller was found.    "}));
+        if (bFromSysroot)
+            VxUsbProbe::destroyTree(info.pRootItem);
         info.pRootItem = nullptr; // not the record's to free
+    }
+
+    void newNodeOpensAtTheTop()
+    {
+        // Scrolled down in a long node, then another node: its lines start at the top.
+        CapturedRecord record;
+        VxUsbBasicInfoDlg dialog(&record.info);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QTreeWidgetItem *pAudio = findItem(dialog.tree(), "[Port3] DeviceConnected : QEMU USB Audio");
+        QTreeWidgetItem *pKeyboard = findItem(dialog.tree(), "[Port1] DeviceConnected : QEMU USB Keyboard");
+        QVERIFY(pAudio && pKeyboard);
+        dialog.tree()->setCurrentItem(pAudio);
+        QScrollBar *pBar = dialog.table()->verticalScrollBar();
+        QTRY_VERIFY(pBar->maximum() > 0);
+        pBar->setValue(pBar->maximum() / 2);
+        QVERIFY(pBar->value() > 0);
+        dialog.tree()->setCurrentItem(pKeyboard);
+        QApplication::processEvents();
+        QVERIFY(pBar->maximum() > 0); // the keyboard's lines scroll too
+        QCOMPARE(pBar->value(), 0);
+        QCOMPARE(dialog.table()->rowAt(0), 0);
+    }
+
+    void selectionHighlightsTheWholeRow()
+    {
+        // The selected item's row is highlighted alike under its text and in
+        // its indentation, and visibly apart from an unselected row.
+        CapturedRecord record;
+        VxUsbBasicInfoDlg dialog(&record.info);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QTreeWidget *pTree = dialog.tree();
+        QTreeWidgetItem *pSelected = findItem(pTree, "[Port1] DeviceConnected : QEMU USB Keyboard");
+        QTreeWidgetItem *pOther = findItem(pTree, "[Port2] DeviceConnected : QEMU USB Tablet");
+        QVERIFY(pSelected && pOther);
+        pTree->setCurrentItem(pSelected);
+        QVERIFY(pSelected->isSelected());
+        QApplication::processEvents();
+        const QImage image = pTree->viewport()->grab().toImage();
+        const QRect rectSelected = pTree->visualItemRect(pSelected);
+        const QRect rectOther = pTree->visualItemRect(pOther);
+        QVERIFY(rectSelected.left() > 10); // the item is indented
+        // Under the text: the background a few pixels into the text's line
+        // box, above the glyphs; in the indentation: left of the item.
+        const int y = rectSelected.top() + 2;
+        const QColor underText = image.pixelColor(rectSelected.left() + 30, y);
+        const QColor indentation = image.pixelColor(rectSelected.left() - 6, y);
+        const QColor unselected = image.pixelColor(rectOther.left() + 30, rectOther.top() + 2);
+        const auto distance = [](const QColor &a, const QColor &b) {
+            return qAbs(a.red() - b.red()) + qAbs(a.green() - b.green()) + qAbs(a.blue() - b.blue());
+        };
+        QVERIFY2(distance(underText, indentation) <= 6,
+                 qPrintable(QString("text %1, indentation %2").arg(underText.name(), indentation.name())));
+        QVERIFY2(distance(underText, unselected) >= 40,
+                 qPrintable(QString("selected %1, unselected %2").arg(underText.name(), unselected.name())));
     }
 
     void capturedTreeListsConnectedNodes()

@@ -163,6 +163,31 @@ private slots:
             QVERIFY(dialog.table()->item(nRow, 1)->text().isEmpty());
     }
 
+    void noControllerIsSaid()
+    {
+        // The check found no USB host controller: one line says so across
+        // both columns (no bare labels), and the hint says what is needed.
+        CUSBControllerDriverInfo info;
+        info.nItem = 32;
+        info.nControllers = 0;
+        info.bNormal = 0;
+        VxUSBDriverDlg dialog(&info);
+        dialog.show();
+        QCOMPARE(dialog.table()->rowCount(), 1);
+        QCOMPARE(dialog.table()->item(0, 0)->text().remove(QStringLiteral("\r\n")),
+                 QStringLiteral("No USB host controller was found."));
+        QCOMPARE(dialog.table()->columnSpan(0, 0), 2);
+        QVERIFY(dialog.tips()->isVisible());
+        QVERIFY(dialog.tips()->text().contains(QStringLiteral("USB 3.0 host controller")));
+        QVERIFY(!dialog.tips()->text().contains(QStringLiteral("too early")));
+        // A controller whose facts could not be read is not "no controller".
+        CUSBControllerDriverInfo unread;
+        unread.nItem = 32;
+        unread.nControllers = 1;
+        VxUSBDriverDlg other(&unread);
+        QCOMPARE(other.table()->rowCount(), 4);
+    }
+
     void delegateDrawsTextOnly()
     {
         QTableWidget table(1, 1);

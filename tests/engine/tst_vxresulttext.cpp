@@ -1,4 +1,5 @@
 #include "cdetectinfo.h"
+#include "probekit.h"
 #include "vxresulttext.h"
 
 #include <QtTest>
@@ -13,6 +14,7 @@ private slots:
     void treePrefix();
     void itemLines_data();
     void itemLines();
+    void usbTreeWithoutController();
     void logText();
     void logTextLeavesOutMissingRows();
     void proposedLogName();
@@ -124,6 +126,13 @@ void TestVxResultText::itemLines_data()
                            "Version  : 6.1.0"};
     }
     {
+        // The check found no USB host controller at all.
+        auto p = make<CUSBControllerDriverInfo>(32, false);
+        p->nControllers = 0;
+        QTest::addRow("controller driver, no controller") << RecordPtr(p)
+                                                          << QStringList{"No USB host controller was found."};
+    }
+    {
         auto p = make<CNetworkSpeedDetectInfo>(128, false);
         p->adapterSpeeds["eth0"] = 100;
         p->adapterSpeeds["eth1"] = 10000;
@@ -174,6 +183,17 @@ void TestVxResultText::itemLines()
     QFETCH(RecordPtr, record);
     QFETCH(QStringList, lines);
     QCOMPARE(VxResultText::itemLines(*record), lines);
+}
+
+void TestVxResultText::usbTreeWithoutController()
+{
+    // A tree was built and holds no controller: the report says so.
+    UsbRootItem root{};
+    CUsbBasicDetectInfo info;
+    info.nItem = 512;
+    info.pRootItem = &root;
+    QCOMPARE(VxResultText::itemLines(info), QStringList{"No USB host controller was found."});
+    info.pRootItem = nullptr; // not the record's to free
 }
 
 void TestVxResultText::logText()

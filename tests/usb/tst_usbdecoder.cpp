@@ -69,13 +69,28 @@ QByteArray config(int nTotal, quint8 attributes = 0x80, quint8 power = 0x32)
     return c;
 }
 
-QByteArray interfaceDesc(quint8 number, quint8 cls = 3, quint8 subclass = 0)
+QByteArray interfaceDesc(quint8 number, quint8 cls = 3, quint8 subclass = 0, quint8 protocol = 0)
 {
     QByteArray d = QByteArray::fromHex("090400000100000000");
     d[2] = char(number);
     d[5] = char(cls);
     d[6] = char(subclass);
+    d[7] = char(protocol);
     return d;
+}
+
+// A walk over a configuration holding one interface and one class-specific
+// descriptor after it (filler after the 9-byte descriptors, as the walk
+// steps by twice bLength).
+Lines walkInterfaceAnd(const QByteArray &iface, const QByteArray &descriptor)
+{
+    QByteArray block = config(0);
+    block += QByteArray(9, '\x11');
+    block += iface;
+    block += QByteArray(9, '\x11');
+    block += descriptor;
+    block[2] = char(block.size());
+    return walk(block);
 }
 
 } // namespace
@@ -99,6 +114,8 @@ private slots:
     void audioMembers_data();
     void audioMembers();
     void audioDispatch();
+    void audioDeclinesOtherLayouts_data();
+    void audioDeclinesOtherLayouts();
     void connectionLines_data();
     void connectionLines();
     void stringLines();
@@ -431,6 +448,58 @@ void TestUsbDecoder::audioDispatch()
     }
 }
 
+void TestUsbDecoder::audioDeclinesOtherLayouts_data()
+{
+    QTest::addColumn<int>("subclass");
+    QTest::addColumn<int>("protocol");
+    QTest::addColumn<QByteArray>("descriptor");
+    // USB MIDI 1.0: the class-specific MS bulk data endpoint (bLength 5,
+    // CS_ENDPOINT, MS_GENERAL, one embedded jack with id 1).
+    QTest::addRow("midi streaming endpoint") << 3 << 0 << QByteArray::fromHex("0525010101");
+    // USB MIDI 1.0: the class-specific MS interface header (bcdMSC 1.00).
+    QTest::addRow("midi streaming header") << 3 << 0 << QByteArray::fromHex("07240100014100");
+    // USB Audio 2.0 (protocol IP_VERSION_02_00): the AC interface header
+    // (bcdADC 2.00, bCategory, wTotalLength, bmControls).
+    QTest::addRow("audio 2.0 control header") << 1 << 0x20 << QByteArray::fromHex("092401000208400000");
+    // USB Audio 2.0: the AS interface (bTerminalLink, bmControls,
+    // bFormatType, bmFormats, bNrChannels, bmChannelConfig, iChannelNames).
+    QTest::addRow("audio 2.0 streaming interface")
+        << 2 << 0x20 << QByteArray::fromHex("1024010200010100000002030000 0000");
+    // USB Audio 2.0: the class-specific isochronous data endpoint (bmAttributes,
+    // bmControls, bLockDelayUnits, wLockDelay).
+    QTest::addRow("audio 2.0 data endpoint") << 2 << 0x20 << QByteArray::fromHex("0825010000000000");
+    // USB Audio 3.0 (protocol IP_VERSION_03_00): a class-specific AC header.
+    QTest::addRow("audio 3.0 control header") << 1 << 0x30 << QByteArray::fromHex("0a2401030c00000000 00");
+}
+
+void TestUsbDecoder::audioDeclinesOtherLayouts()
+{
+    QFETCH(int, subclass);
+    QFETCH(int, protocol);
+    QFETCH(QByteArray, descriptor);
+    CUsbPairSink sink;
+    CUsbDescriptorDecoder decoder(sink);
+    QVERIFY(!decoder.printAudio(subclass, reinterpret_cast<const quint8 *>(descriptor.constData()), descriptor.size(),
+                                protocol));
+    QVERIFY(sink.vecLines.isEmpty());
+    // In a walk the descriptor is listed as unknown, with its type and length.
+    const Lines lines = walkInterfaceAnd(interfaceDesc(1, 1, quint8(subclass), quint8(protocol)), descriptor);
+    QCOMPARE(headings(lines), QStringList({"Configuration Descriptor:", "Interface Descriptor:", "Unknown Descriptor:"}));
+    QCOMPARE(lines.mid(lines.size() - 2),
+             Lines({{"bDescriptorType:", CUsbDescriptorDecoder::hexByte(quint8(descriptor[1]))},
+                    {"bLength:", CUsbDescriptorDecoder::hexByte(quint8(descriptor[0]))}}));
+    // The same bytes under a USB Audio 1.0 interface of the subclass that
+    // owns that layout are decoded (the decline is not a blanket refusal).
+    if (subclass != 3) {
+        CUsbPairSink audio1;
+        CUsbDescriptorDecoder decoder1(audio1);
+        QVERIFY(decoder1.printAudio(subclass, reinterpret_cast<const quint8 *>(descriptor.constData()),
+                                    descriptor.size(), 0));
+        const QString heading = headings(walkInterfaceAnd(interfaceDesc(1, 1, quint8(subclass), 0), descriptor)).value(2);
+        QVERIFY2(heading.startsWith("Audio "), qPrintable(heading));
+    }
+}
+
 void TestUsbDecoder::connectionLines_data()
 {
     QTest::addColumn<quint32>("status");
@@ -630,25 +699,54 @@ void TestUsbDecoder::usbIdsParser()
 
 void TestUsbDecoder::garbageNeverReadsOutside()
 {
-    // Every prefix of a busy block, every member over every prefix: the
-    // exact-size copies let a sanitizer build catch any read past the end.
-    QByteArray block = config(0) + interfaceDesc(0, 1, 1) + QByteArray::fromHex("0a24010001380002 0102")
-                       + QByteArray::fromHex("0c240201010100083f060006") + QByteArray::fromHex("0b2402010202100180bb00")
-                       + QByteArray::fromHex("0a211101000122340000") + QByteArray::fromHex("0a050101c00001000500");
+    // A busy block laid out for the walk's stride (each descriptor followed
+    // by filler of its own length), so the whole block decodes.
+    const QList<QByteArray> descriptors = {
+        config(0), interfaceDesc(0, 1, 1), QByteArray::fromHex("0a24010001380002 0102"),
+        QByteArray::fromHex("0c240201010100083f060006"), interfaceDesc(1, 1, 2),
+        QByteArray::fromHex("0b2402010202100180bb00"), QByteArray::fromHex("0a211101000122340000"),
+        QByteArray::fromHex("0a050101c00001000500")};
+    QByteArray block;
+    for (const QByteArray &d : descriptors)
+        block += d + QByteArray(d.size(), '\x11');
     block[2] = char(block.size());
-    int nLines = 0;
+    const Lines full = walk(block);
+    QCOMPARE(headings(full),
+             QStringList({"Configuration Descriptor:", "Interface Descriptor:",
+                          "Audio Control Interface Header Descriptor:", "Audio Control Input Terminal Descriptor:",
+                          "Interface Descriptor:", "Audio Streaming Format Type Descriptor:", "HID Descriptor:",
+                          "Endpoint Descriptor:"}));
+    QCOMPARE(valuesOf(full, "tSamFreq[1]:"), QStringList({"0x00BB80(48000 Hz)"}));
+    QCOMPARE(valuesOf(full, "wMaxPacketSize:"), QStringList({"0x00C0(192)"}));
+
+    // Every prefix, in a heap buffer of exactly that size (a sanitizer build
+    // catches any read past its end): the walk prints the descriptors that
+    // fit, as the whole block prints them, and nothing else; every member
+    // over every tail prints the member's heading first.
+    const auto *pFull = reinterpret_cast<const quint8 *>(block.constData());
     for (int n = 0; n <= block.size(); ++n) {
-        QScopedArrayPointer<quint8> exact(new quint8[size_t(n + 1)]);
-        std::memcpy(exact.data(), block.constData(), size_t(n));
+        std::vector<quint8> exact(pFull, pFull + n);
+        const quint8 *pData = n > 0 ? exact.data() : nullptr;
         CUsbPairSink sink;
-        CUsbDescriptorDecoder decoder(sink);
-        decoder.walkConfiguration(exact.data(), n);
-        for (int m = 0; m <= int(EUsbMember::AsDataEndpoint); ++m)
-            for (int off = 0; off < n; off += 7)
-                decoder.printMember(EUsbMember(m), exact.data() + off, n - off);
-        nLines += sink.vecLines.size();
+        CUsbDescriptorDecoder(sink).walkConfiguration(pData, n);
+        QVERIFY2(sink.vecLines == full.mid(0, sink.vecLines.size()), qPrintable(QString("prefix %1").arg(n)));
+        for (int m = 0; m <= int(EUsbMember::AsDataEndpoint); ++m) {
+            for (int off = 0; off < n; off += 7) {
+                std::vector<quint8> tail(exact.begin() + off, exact.end());
+                CUsbPairSink one;
+                CUsbDescriptorDecoder(one).printMember(EUsbMember(m), tail.data(), int(tail.size()));
+                CUsbPairSink whole;
+                CUsbDescriptorDecoder(whole).printMember(EUsbMember(m), pFull + off, block.size() - off);
+                QVERIFY(one.vecLines.size() >= 2);
+                QCOMPARE(one.vecLines.mid(0, 2), whole.vecLines.mid(0, 2));
+            }
+        }
     }
-    QVERIFY(nLines > 1000);
+    // A prefix that ends inside the last descriptor loses only that one.
+    const int nCut = block.size() - 12;
+    std::vector<quint8> cut(pFull, pFull + nCut);
+    const Lines cutLines = walk(QByteArray(reinterpret_cast<const char *>(cut.data()), nCut));
+    QCOMPARE(headings(cutLines), headings(full).mid(0, 7));
 }
 
 QTEST_GUILESS_MAIN(TestUsbDecoder)

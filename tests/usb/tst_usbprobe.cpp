@@ -80,6 +80,7 @@ private slots:
     void kernelBuildDate_data();
     void kernelBuildDate();
     void absentLibrary();
+    void noHostController();
     void capturedTree();
     void capturedReportDump();
     void capturedDriverFacts();
@@ -194,8 +195,40 @@ void TestUsbProbe::absentLibrary()
     QVERIFY(!pRoot);
     QCOMPARE(driver.driverDesc, QString("before"));
     QCOMPARE(driver.bNormal, 1);
+    QCOMPARE(driver.nControllers, -1); // not known
     QVERIFY(!VxUsbProbe::isLibraryLoaded());
     VxUsbProbe::destroyTree(nullptr);
+}
+
+void TestUsbProbe::noHostController()
+{
+    // A system root with a PCI bus and no USB: the driver item says no
+    // controller was found and is exceptional; the tree item has an empty tree.
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    QDir().mkpath(dir.path() + "/sys/bus/pci/devices");
+    UsbSysroot::addController(dir.path(), "0000:00:1f.0", 0x8086, 0x1234, "e1000e", "0x020000"); // not USB
+    qputenv("VETRIX_SYSROOT", dir.path().toLocal8Bit());
+    VxUsbProbe::setLibraryPath(kLibrary);
+    CUSBControllerDriverInfo driver;
+    QCOMPARE(driver.bNormal, 1);
+    VxUsbProbe::usbDriverCheck(driver, nullptr);
+    QCOMPARE(driver.nControllers, 0);
+    QCOMPARE(driver.bNormal, 0);
+    QVERIFY(driver.driverDesc.isEmpty());
+
+    CUsbBasicDetectInfo tree;
+    VxUsbProbe::usbTreeCheck(tree);
+    QVERIFY(tree.pRootItem);
+    QCOMPARE(VxUsbProbe::controllerCount(tree.pRootItem), 0);
+    VxUsbProbe::destroyTree(tree.pRootItem);
+    tree.pRootItem = nullptr;
+
+    // With a controller the count is the tree's.
+    UsbSysroot::addRootHub(UsbSysroot::addController(dir.path(), "0000:00:14.0", 0x8086, 0xa36d, "xhci_hcd"), 1, 2);
+    CUSBControllerDriverInfo one;
+    VxUsbProbe::usbDriverCheck(one, nullptr);
+    QCOMPARE(one.nControllers, 1);
 }
 
 void TestUsbProbe::capturedTree()
