@@ -30,8 +30,17 @@ public:
     // Re-reads the row's record: button text and state, grade, icon, lines
     // and the group's exception counter.
     void refreshItem(CDetectInfo *pInfo);
-    // Back to the undiagnosed look: no records, no grades, no lines.
+    // Back to the undiagnosed look: no records, no grades, no lines, scrolled
+    // to the top.
     void clearResults();
+
+    // The items a running pass has still to finish. Their buttons stay
+    // disabled (and clicks on them are ignored) so that no dialog or
+    // installer works on a record the worker is using; each item is released
+    // as the worker finishes it, and all of them when the pass ends.
+    void setBusyItems(quint32 uMask);
+    void releaseBusyItem(int nItem);
+    bool isBusy(int nItem) const { return (m_uBusyItems & quint32(nItem)) != 0; }
 
     int countOfSeverity(int nSeverity) const;
     QTreeWidgetItem *itemRow(int nItem) const;
@@ -73,4 +82,5 @@ private:
     QMap<int, QTreeWidgetItem *> m_mapItemRows;
     QMap<int, QTreeWidgetItem *> m_mapGroupRows;
     QMap<int, CDetectInfo *> m_mapRecords;
+    quint32 m_uBusyItems = 0;
 };
