@@ -19,6 +19,7 @@
 #include <QCursor>
 #include <QDesktopServices>
 #include <QLoggingCategory>
+#include <QPointer>
 #include <QThread>
 #include <QTranslator>
 #include <QtConcurrent>
@@ -44,15 +45,35 @@ Translators &translators()
 }
 } // namespace
 
+// The worker's warnings (a missing driver installer, an installation that
+// timed out) appear as the kit's message box over the thread's page, one at
+// a time: a warning that arrives while a box is open (the worker goes on
+// meanwhile, e.g. to the second driver) waits until that box is closed.
+void VxMainWindow::showWorkerWarning(QObject *pParentObject, const QString &strInfo)
+{
+    struct Pending
+    {
+        QPointer<QWidget> pParent;
+        QString strText;
+    };
+    static QList<Pending> listPending;
+    static bool bShowing = false;
+    listPending.append({qobject_cast<QWidget *>(pParentObject), strInfo});
+    if (bShowing)
+        return;
+    bShowing = true;
+    while (!listPending.isEmpty()) {
+        const Pending next = listPending.takeFirst();
+        CustomMessageBox::warning(next.pParent.data(), next.strText,
+                                  QCoreApplication::translate("VxOperateThread", "Prompt"), 1, QString());
+    }
+    bShowing = false;
+}
+
 VxMainWindow::VxMainWindow(QWidget *pParent)
     : CustomMainWindow(pParent)
 {
-    // The worker's warnings (a missing driver installer, an installation
-    // that timed out) appear as the kit's message box over the thread's page.
-    VxOperateThread::setWarningHandler([](QObject *pParentObject, const QString &strInfo) {
-        CustomMessageBox::warning(qobject_cast<QWidget *>(pParentObject), strInfo,
-                                  QCoreApplication::translate("VxOperateThread", "Prompt"), 1, QString());
-    });
+    VxOperateThread::setWarningHandler(showWorkerWarning);
     if (!init())
         throw std::bad_alloc();
     setLanguageMarks(Custom::language() == 1);

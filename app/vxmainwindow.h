@@ -49,6 +49,9 @@ public:
     CustomPushButton *resourceButton() const { return m_pResourceButton; }
     // The user manual's URL text for the current language, with its topic.
     static QString userManualUrl(QString *pStartPage = nullptr);
+    // Shows a worker's warning over its page; warnings that come while one
+    // is shown follow one after another.
+    static void showWorkerWarning(QObject *pParentObject, const QString &strInfo);
 
 signals:
     void SigUpdateMemoryUsage(float fMem);

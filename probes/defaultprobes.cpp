@@ -31,5 +31,7 @@ VxProbeTable defaultProbeTable()
     table.usbDriverCheck = VxUsbProbe::usbDriverCheck;
     table.usbTreeCheck = VxUsbProbe::usbTreeCheck;
     table.usbTreeDestroy = VxUsbProbe::destroyTree;
+    table.gigeInstallerPath = CameraDrivers::gigeInstallScript;
+    table.usb3InstallerPath = CameraDrivers::usb3InstallScript;
     return table;
 }

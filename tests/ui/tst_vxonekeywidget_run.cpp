@@ -264,7 +264,9 @@ void TestVxOneKeyWidgetRun::buttonsStayInTheirRowsAfterAStop()
             page.onOperateClicked2();
     });
     QTest::mouseClick(page.operateButton2(), Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(page.isWorkerIdle(), 10000);
+    // The worker may be done before the page has seen its signals: wait for
+    // both.
+    QTRY_VERIFY_WITH_TIMEOUT(page.isWorkerIdle() && page.state() != VxOneKeyWidget::Detecting, 10000);
     QCOMPARE(page.state(), int(VxOneKeyWidget::DetectAborted));
     QTest::qWait(50); // let the view lay itself out
     VxOneKeyResultTree *pTree = treeOf(page);
