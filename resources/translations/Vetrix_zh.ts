@@ -704,6 +704,10 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Prompt</source>
         <translation>提示</translation>
     </message>
+    <message>
+        <source>Missing file: %1</source>
+        <translation>缺少文件：%1</translation>
+    </message>
 </context>
 <context>
     <name>VxSDKFileClearDlg</name>
