@@ -86,7 +86,11 @@ VxMainWindow::~VxMainWindow()
 {
     // The loop reads the flag between short sleeps; wait for it so it never
     // touches a freed window.
-    m_bRunning = false;
+    {
+        std::lock_guard<std::mutex> lock(m_loopMutex);
+        m_bRunning = false;
+    }
+    m_loopWake.notify_all();
     m_resourceLoop.waitForFinished();
 }
 
@@ -386,16 +390,28 @@ void VxMainWindow::openUserManual()
         QDesktopServices::openUrl(QUrl::fromLocalFile(strStartPage));
 }
 
+namespace {
+std::atomic<int> &samplePeriod()
+{
+    static std::atomic<int> nMs{1000};
+    return nMs;
+}
+} // namespace
+
+void VxMainWindow::setSamplePeriod(int nMs)
+{
+    samplePeriod() = nMs;
+}
+
 void VxMainWindow::ResourceUsageLoop()
 {
     VxResourceSampler sampler;
     while (m_bRunning) {
         emit SigUpdateMemoryUsage(sampler.memoryLoad());
         emit SigUpdateCPUUsage(sampler.cpuLoad());
-        // One sample a second, in short sleeps so a closing window is not
-        // kept waiting.
-        for (int i = 0; i < 10 && m_bRunning; ++i)
-            QThread::msleep(100);
+        // One sample a second; a closing window wakes the loop at once.
+        std::unique_lock<std::mutex> lock(m_loopMutex);
+        m_loopWake.wait_for(lock, std::chrono::milliseconds(samplePeriod().load()), [this] { return !m_bRunning; });
     }
 }
 

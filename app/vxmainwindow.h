@@ -5,6 +5,8 @@
 #include <QFuture>
 
 #include <atomic>
+#include <condition_variable>
+#include <mutex>
 
 class CustomMenu;
 class CustomPushButton;
@@ -52,6 +54,8 @@ public:
     // Shows a worker's warning over its page; warnings that come while one
     // is shown follow one after another.
     static void showWorkerWarning(QObject *pParentObject, const QString &strInfo);
+    // The resource-usage loop's period: one second; tests lengthen it.
+    static void setSamplePeriod(int nMs);
 
 signals:
     void SigUpdateMemoryUsage(float fMem);
@@ -100,6 +104,9 @@ private:
     QAction *m_pCpuAction = nullptr;
     std::atomic<bool> m_bRunning{false};
     QFuture<void> m_resourceLoop;
+    // The loop sleeps on this between samples; closing wakes it at once.
+    std::mutex m_loopMutex;
+    std::condition_variable m_loopWake;
     QString m_strMemoryValue = QStringLiteral("--");
     QString m_strCpuValue = QStringLiteral("--");
 };
