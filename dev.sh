@@ -51,8 +51,9 @@ thread_tests() {
 
 case "${1:-}" in
 run)
-    install_missing
-    build build
+    # Only the program writes to stdout, so `./dev.sh run --format json >
+    # report.json` holds the report alone; the set-up and build go to stderr.
+    { install_missing; build build; } >&2
     if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -x build/bin/VetrixTool ]; then
         exec build/bin/VetrixTool "${@:2}"
     fi

@@ -19,6 +19,7 @@
 #include <QCursor>
 #include <QDesktopServices>
 #include <QLoggingCategory>
+#include <QPointer>
 #include <QThread>
 #include <QTranslator>
 #include <QtConcurrent>
@@ -44,15 +45,35 @@ Translators &translators()
 }
 } // namespace
 
+// The worker's warnings (a missing driver installer, an installation that
+// timed out) appear as the kit's message box over the thread's page, one at
+// a time: a warning that arrives while a box is open (the worker goes on
+// meanwhile, e.g. to the second driver) waits until that box is closed.
+void VxMainWindow::showWorkerWarning(QObject *pParentObject, const QString &strInfo)
+{
+    struct Pending
+    {
+        QPointer<QWidget> pParent;
+        QString strText;
+    };
+    static QList<Pending> listPending;
+    static bool bShowing = false;
+    listPending.append({qobject_cast<QWidget *>(pParentObject), strInfo});
+    if (bShowing)
+        return;
+    bShowing = true;
+    while (!listPending.isEmpty()) {
+        const Pending next = listPending.takeFirst();
+        CustomMessageBox::warning(next.pParent.data(), next.strText,
+                                  QCoreApplication::translate("VxOperateThread", "Prompt"), 1, QString());
+    }
+    bShowing = false;
+}
+
 VxMainWindow::VxMainWindow(QWidget *pParent)
     : CustomMainWindow(pParent)
 {
-    // The worker's warnings (a missing driver installer, an installation
-    // that timed out) appear as the kit's message box over the thread's page.
-    VxOperateThread::setWarningHandler([](QObject *pParentObject, const QString &strInfo) {
-        CustomMessageBox::warning(qobject_cast<QWidget *>(pParentObject), strInfo,
-                                  QCoreApplication::translate("VxOperateThread", "Prompt"), 1, QString());
-    });
+    VxOperateThread::setWarningHandler(showWorkerWarning);
     if (!init())
         throw std::bad_alloc();
     setLanguageMarks(Custom::language() == 1);
@@ -65,7 +86,11 @@ VxMainWindow::~VxMainWindow()
 {
     // The loop reads the flag between short sleeps; wait for it so it never
     // touches a freed window.
-    m_bRunning = false;
+    {
+        std::lock_guard<std::mutex> lock(m_loopMutex);
+        m_bRunning = false;
+    }
+    m_loopWake.notify_all();
     m_resourceLoop.waitForFinished();
 }
 
@@ -365,16 +390,28 @@ void VxMainWindow::openUserManual()
         QDesktopServices::openUrl(QUrl::fromLocalFile(strStartPage));
 }
 
+namespace {
+std::atomic<int> &samplePeriod()
+{
+    static std::atomic<int> nMs{1000};
+    return nMs;
+}
+} // namespace
+
+void VxMainWindow::setSamplePeriod(int nMs)
+{
+    samplePeriod() = nMs;
+}
+
 void VxMainWindow::ResourceUsageLoop()
 {
     VxResourceSampler sampler;
     while (m_bRunning) {
         emit SigUpdateMemoryUsage(sampler.memoryLoad());
         emit SigUpdateCPUUsage(sampler.cpuLoad());
-        // One sample a second, in short sleeps so a closing window is not
-        // kept waiting.
-        for (int i = 0; i < 10 && m_bRunning; ++i)
-            QThread::msleep(100);
+        // One sample a second; a closing window wakes the loop at once.
+        std::unique_lock<std::mutex> lock(m_loopMutex);
+        m_loopWake.wait_for(lock, std::chrono::milliseconds(samplePeriod().load()), [this] { return !m_bRunning; });
     }
 }
 

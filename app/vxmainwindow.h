@@ -5,6 +5,8 @@
 #include <QFuture>
 
 #include <atomic>
+#include <condition_variable>
+#include <mutex>
 
 class CustomMenu;
 class CustomPushButton;
@@ -49,6 +51,11 @@ public:
     CustomPushButton *resourceButton() const { return m_pResourceButton; }
     // The user manual's URL text for the current language, with its topic.
     static QString userManualUrl(QString *pStartPage = nullptr);
+    // Shows a worker's warning over its page; warnings that come while one
+    // is shown follow one after another.
+    static void showWorkerWarning(QObject *pParentObject, const QString &strInfo);
+    // The resource-usage loop's period: one second; tests lengthen it.
+    static void setSamplePeriod(int nMs);
 
 signals:
     void SigUpdateMemoryUsage(float fMem);
@@ -97,6 +104,9 @@ private:
     QAction *m_pCpuAction = nullptr;
     std::atomic<bool> m_bRunning{false};
     QFuture<void> m_resourceLoop;
+    // The loop sleeps on this between samples; closing wakes it at once.
+    std::mutex m_loopMutex;
+    std::condition_variable m_loopWake;
     QString m_strMemoryValue = QStringLiteral("--");
     QString m_strCpuValue = QStringLiteral("--");
 };

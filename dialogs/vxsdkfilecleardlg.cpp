@@ -43,6 +43,9 @@ bool VxSDKFileClearDlg::init()
     cTitleBar()->cSetTitleControls(4);
     cAddCustomButtons({tr("Clear All")});
     setFixedSize(650, 472);
+    // The file and folder columns cut long names short; their tool tips show
+    // them whole even when this window has not been given the focus.
+    setAttribute(Qt::WA_AlwaysShowToolTips);
 
     pTable = new (std::nothrow) CustomTableWidget(this);
     if (!pTable)

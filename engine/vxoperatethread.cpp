@@ -4,7 +4,9 @@
 #include "vxrepair.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 
 // QMutex blocks through futexes that ThreadSanitizer does not see, so under
 // it the lock and unlock are announced as acquire and release.
@@ -93,6 +95,28 @@ VxOperateThread::VxOperateThread(const VxProbeTable &table, QObject *pParent)
 {
     qRegisterMetaType<CDetectInfo *>("CDetectInfo*");
     connect(this, &VxOperateThread::sigWarning, this, &VxOperateThread::onWarning);
+    m_table.gigeDriverInstall = notingMissingInstaller(m_table.gigeDriverInstall, m_table.gigeInstallerPath);
+    m_table.usb3DriverInstall = notingMissingInstaller(m_table.usb3DriverInstall, m_table.usb3InstallerPath);
+}
+
+// An install that finds no installer is followed by the "File doesn't
+// exist." warning; the installer's path is noted here so the warning can
+// name it.
+std::function<bool()> VxOperateThread::notingMissingInstaller(std::function<bool()> install,
+                                                            std::function<QString()> installerPath)
+{
+    if (!install || !installerPath)
+        return install;
+    return [this, install, installerPath] {
+        if (install())
+            return true;
+        const QString strPath = installerPath();
+        if (!strPath.isEmpty() && !QFileInfo(strPath).isFile()) {
+            MutexLocker locker(&m_missingMutex);
+            m_listMissingInstallers << strPath;
+        }
+        return false;
+    };
 }
 
 VxOperateThread::~VxOperateThread()
@@ -291,8 +315,15 @@ bool VxOperateThread::isDetectMode()
 
 void VxOperateThread::onWarning(const QString &strInfo)
 {
+    QString strText = strInfo;
+    if (strInfo == tr("File doesn't exist.")) {
+        MutexLocker locker(&m_missingMutex);
+        if (!m_listMissingInstallers.isEmpty())
+            strText += QLatin1Char('\n')
+                + tr("Missing file: %1").arg(QDir::toNativeSeparators(m_listMissingInstallers.takeFirst()));
+    }
     if (warningHandler())
-        warningHandler()(parent(), strInfo);
+        warningHandler()(parent(), strText);
 }
 
 // --- the worker side ------------------------------------------------------

@@ -113,6 +113,8 @@ private:
     void installAndPoll(CDetectInfo *pInfo, const std::function<bool()> &install,
                         const std::function<void(CDetectInfo &)> &check);
     void destroyUsbTree(CDetectInfo *pInfo);
+    std::function<bool()> notingMissingInstaller(std::function<bool()> install,
+                                                 std::function<QString()> installerPath);
 
     std::atomic<bool> bForceStopped{false};
     bool bIsDetecting = true;
@@ -124,6 +126,10 @@ private:
     QMap<int, CDetectInfo *> records;
 
     mutable QMutex m_recordsMutex; // the map is reached from the worker and the GUI
+    // Installers found missing by the worker, oldest first; the warning
+    // slot names them in the warnings they caused.
+    QMutex m_missingMutex;
+    QStringList m_listMissingInstallers;
     VxProbeTable m_table;
     int m_nStartInterval = kItemPauseMs;
     Clock m_clock;

@@ -33,5 +33,7 @@ VxProbeTable defaultProbeTable()
     table.usbTreeCheck = VxUsbProbe::usbTreeCheck;
     table.usbTreeDestroy = VxUsbProbe::destroyTree;
     table.uUnreadable = SystemRoot::unreadableItems();
+    table.gigeInstallerPath = CameraDrivers::gigeInstallScript;
+    table.usb3InstallerPath = CameraDrivers::usb3InstallScript;
     return table;
 }

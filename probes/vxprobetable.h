@@ -46,6 +46,10 @@ struct VxProbeTable
     std::function<void(CNetworkSpeedDetectInfo &)> lineRateCheck;
     // item 2048
     std::function<void(CSystemDetectInfo &)> systemInfoCheck;
+    // items 4 and 8: where the installer is looked for, so that a missing
+    // one can be named (optional)
+    std::function<QString()> gigeInstallerPath;
+    std::function<QString()> usb3InstallerPath;
 
     // Items that have a probe here but cannot read the system being
     // diagnosed (another system root without their source): not run, and

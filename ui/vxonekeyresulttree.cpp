@@ -126,7 +126,7 @@ void VxOneKeyResultTree::refreshItem(CDetectInfo *pInfo)
     const bool bNormal = pInfo->bNormal != 0;
     bool bEnabled = false;
     pButton->setText(VxItems::buttonText(bNormal, pInfo->nItem, bEnabled));
-    pButton->setEnabled(bEnabled);
+    pButton->setEnabled(bEnabled && !isBusy(pInfo->nItem));
     pButton->setVisible(true);
     const int nSeverity = VxItems::severity(bNormal, pInfo->nItem);
     pRow->setData(0, RoleSeverity, nSeverity);
@@ -142,11 +142,14 @@ void VxOneKeyResultTree::setItemLines(QTreeWidgetItem *pRow, const QStringList &
     for (int i = 0; i < listLines.size(); ++i) {
         QTreeWidgetItem *pLine = pRow->child(i);
         if (!pLine) {
-            pLine = new QTreeWidgetItem(pRow);
+            // Marked as a line before it joins the tree, so the view never
+            // measures it as an item row.
+            pLine = new QTreeWidgetItem;
             pLine->setFlags(pLine->flags() & ~Qt::ItemIsSelectable);
             pLine->setData(0, RoleItemId, -2);
             pLine->setData(0, RoleGroup, -1);
             pLine->setData(0, RoleLine, true);
+            pRow->addChild(pLine);
             pLine->setFirstColumnSpanned(true);
         }
         pLine->setText(0, listLines.at(i).trimmed());
@@ -205,6 +208,22 @@ void VxOneKeyResultTree::clearResults()
     }
     for (int nGroup : VxItems::groups())
         updateGroupCounter(nGroup);
+    scrollToTop();
+}
+
+void VxOneKeyResultTree::setBusyItems(quint32 uMask)
+{
+    const quint32 uChanged = m_uBusyItems ^ uMask;
+    m_uBusyItems = uMask;
+    for (CDetectInfo *pInfo : qAsConst(m_mapRecords)) {
+        if (uChanged & quint32(pInfo->nItem))
+            refreshItem(pInfo);
+    }
+}
+
+void VxOneKeyResultTree::releaseBusyItem(int nItem)
+{
+    setBusyItems(m_uBusyItems & ~quint32(nItem));
 }
 
 int VxOneKeyResultTree::countOfSeverity(int nSeverity) const
@@ -250,7 +269,7 @@ void VxOneKeyResultTree::onDealWithBtnClicked()
 {
     const int nItem = sender() ? sender()->property("vxItemId").toInt() : 0;
     CDetectInfo *pInfo = m_mapRecords.value(nItem);
-    if (!pInfo)
+    if (!pInfo || isBusy(nItem))
         return;
     switch (nItem) {
     case VxItems::SdkFiles:

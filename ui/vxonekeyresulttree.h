@@ -30,11 +30,20 @@ public:
     // Re-reads the row's record: button text and state, grade, icon, lines
     // and the group's exception counter.
     void refreshItem(CDetectInfo *pInfo);
-    // Back to the undiagnosed look: no records, no grades, no lines.
+    // Back to the undiagnosed look: no records, no grades, no lines, scrolled
+    // to the top.
     void clearResults();
     // Marks an item the run leaves out (no probe here, or bUnreadable: the
     // system root lacks what its probe reads) with the "Not available" line.
     void setUnavailable(int nItem, bool bUnreadable);
+
+    // The items a running pass has still to finish. Their buttons stay
+    // disabled (and clicks on them are ignored) so that no dialog or
+    // installer works on a record the worker is using; each item is released
+    // as the worker finishes it, and all of them when the pass ends.
+    void setBusyItems(quint32 uMask);
+    void releaseBusyItem(int nItem);
+    bool isBusy(int nItem) const { return (m_uBusyItems & quint32(nItem)) != 0; }
 
     int countOfSeverity(int nSeverity) const;
     QTreeWidgetItem *itemRow(int nItem) const;
@@ -77,4 +86,5 @@ private:
     QMap<int, QTreeWidgetItem *> m_mapGroupRows;
     QMap<int, CDetectInfo *> m_mapRecords;
     QMap<int, bool> m_mapUnavailable; // item -> unreadable (else: no probe)
+    quint32 m_uBusyItems = 0;
 };

@@ -230,13 +230,3 @@ bool VxOneKeyWidget::allWidgetsPresent() const
         && m_pCounters[2] && m_pProgress && m_pButton1 && m_pButton2 && m_pStateItems[0] && m_pStateItems[1]
         && m_pStateItems[2] && m_pStack && m_pResult && m_pBottomBar;
 }
-
-QString VxOneKeyWidget::detectTitle(const QString &strName) const
-{
-    return tr("Diagnosis: %1(%2/%3)").arg(strName).arg(m_nDetectedCount).arg(m_nTotal);
-}
-
-QString VxOneKeyWidget::optimizeTitle(const QString &strName) const
-{
-    return tr("Optimization: %1(%2/%3)").arg(strName).arg(m_nOptimizedCount).arg(m_nExceptionCount);
-}

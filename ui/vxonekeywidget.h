@@ -80,7 +80,8 @@ private:
     bool init();
     bool buildTopStrip(QWidget *pStrip);
     bool connectWorker();
-    void applyState(int nState);
+    // bEntering is false when a language change re-applies the state.
+    void applyState(int nState, bool bEntering = true);
     void applyFonts();
     void rebuildBottomBar();
     void startRun();
@@ -89,8 +90,11 @@ private:
     void setGroupNumbers();
     void showLoading(const QString &strText);
     void hideLoading();
-    QString detectTitle(const QString &strName) const;
-    QString optimizeTitle(const QString &strName) const;
+    QString currentItemName() const;
+    QString detectTitle() const;
+    QString optimizeTitle() const;
+    void setBusyItems(quint32 uMask);
+    void settleRepairedItems();
     bool allWidgetsPresent() const;
 
     // run state
@@ -98,6 +102,8 @@ private:
     int m_nPendingState = Idle;
     quint32 m_uItemMask = 0;
     quint32 m_uExceptionMask = 0;
+    quint32 m_uRepairedMask = 0; // exceptions the running optimisation repaired
+    int m_nCurrentItem = 0;      // the item of the progress title, 0 before the first
     int m_nTotal = 0;
     int m_nDetectedCount = 0;
     int m_nExceptionCount = 0;

@@ -45,7 +45,7 @@ void VxOneKeyWidget::applyFonts()
     }
 }
 
-void VxOneKeyWidget::applyState(int nState)
+void VxOneKeyWidget::applyState(int nState, bool bEntering)
 {
     if (!allWidgetsPresent())
         return;
@@ -84,8 +84,10 @@ void VxOneKeyWidget::applyState(int nState)
         m_pButton1->setText(tr("Pause Diagnosis"));
         m_pButton2->setText(tr("Stop Diagnosis"));
         m_pStack->setCurrentWidget(m_pResult);
-        for (VxStateItem *pItem : m_pStateItems)
-            pItem->setNumber(0);
+        if (bEntering) {
+            for (VxStateItem *pItem : m_pStateItems)
+                pItem->setNumber(0);
+        }
         break;
     case DetectPaused:
         m_pTitle->setText(tr("Diagnosis paused"));
@@ -127,8 +129,10 @@ void VxOneKeyWidget::applyState(int nState)
         m_bButton1Shown = false;
         m_pButton1->setText(tr("Pause Optimization"));
         m_pButton2->setText(tr("Stop Optimization"));
-        for (VxStateItem *pItem : m_pStateItems)
-            pItem->setNumber(0);
+        if (bEntering) {
+            for (VxStateItem *pItem : m_pStateItems)
+                pItem->setNumber(0);
+        }
         break;
     case OptimizePaused:
         m_pTitle->setText(tr("Optimization paused"));
@@ -224,12 +228,15 @@ void VxOneKeyWidget::restartRun()
     m_nExceptionCount = 0;
     m_nOptimizedCount = 0;
     m_uExceptionMask = 0;
+    m_uRepairedMask = 0;
+    m_nCurrentItem = 0;
     m_pProgress->setRange(0, m_nTotal);
     m_pProgress->setValue(0);
-    m_strCurrentTitle = detectTitle(QString());
+    m_strCurrentTitle = detectTitle();
     applyState(Detecting);
     m_nPendingState = DetectFinished;
     m_pResult->clear();
+    setBusyItems(m_uItemMask);
     // Items the run leaves out say why at once, and count as done.
     const VxProbeTable &table = m_pThread->probeTable();
     for (int nItem : VxItems::detectOrder()) {
@@ -246,11 +253,14 @@ void VxOneKeyWidget::restartRun()
 void VxOneKeyWidget::startOptimization()
 {
     m_nOptimizedCount = 0;
+    m_uRepairedMask = 0;
+    m_nCurrentItem = 0;
     m_pProgress->setRange(0, m_nExceptionCount);
     m_pProgress->setValue(0);
-    m_strCurrentTitle = optimizeTitle(QString());
+    m_strCurrentTitle = optimizeTitle();
     applyState(Optimizing);
     m_nPendingState = OptimizeFinished;
+    setBusyItems(m_uExceptionMask);
     m_pThread->startOptimize(m_uExceptionMask);
 }
 
@@ -267,6 +277,7 @@ void VxOneKeyWidget::onOperateClicked1()
     case DetectPaused:
         m_nPendingState = DetectFinished;
         applyState(Detecting);
+        setBusyItems(m_pThread->pendingDetectMask());
         m_pThread->startDetect(m_pThread->pendingDetectMask());
         break;
     case DetectAborted:
@@ -282,6 +293,7 @@ void VxOneKeyWidget::onOperateClicked1()
     case OptimizePaused:
         m_nPendingState = OptimizeFinished;
         applyState(Optimizing);
+        setBusyItems(m_pThread->pendingOptimizeMask());
         m_pThread->startOptimize(m_pThread->pendingOptimizeMask());
         break;
     default:
@@ -318,97 +330,12 @@ void VxOneKeyWidget::onOperateClicked2()
         m_pThread->stop();
         break;
     case OptimizePaused:
+        settleRepairedItems();
         applyState(OptimizeStopped);
         break;
     default:
         break;
     }
-}
-
-void VxOneKeyWidget::onStartOperate(bool)
-{
-}
-
-void VxOneKeyWidget::onEndOperate()
-{
-    if (!m_pThread || !m_pResult)
-        return;
-    m_pResult->setRunFinished();
-    if (m_nPendingState == Idle)
-        return; // a pause or stop already applied its state
-    // The pass has sent its last signal and is returning; let it finish so
-    // the running test below reads the settled answer.
-    if (m_pThread->isRunning())
-        m_pThread->wait(1000);
-    const bool bRunning = m_pThread->isRunning();
-    if ((m_nPendingState == DetectPaused || m_nPendingState == DetectAborted) && !bRunning)
-        m_nPendingState = DetectFinished;
-    if (m_nPendingState == DetectFinished)
-        m_endTime = QTime::currentTime();
-    if ((m_nPendingState == OptimizePaused || m_nPendingState == OptimizeStopped) && !bRunning)
-        m_nPendingState = OptimizeFinished;
-    applyState(m_nPendingState);
-    setEnabled(true);
-    hideLoading();
-}
-
-void VxOneKeyWidget::onStartDetectItem(CDetectInfo *pInfo)
-{
-    if (m_nState != Detecting || !pInfo)
-        return;
-    m_strCurrentTitle = detectTitle(VxItems::itemName(pInfo->nItem));
-    m_pTitle->setText(m_strCurrentTitle);
-}
-
-void VxOneKeyWidget::onEndDetectItem(CDetectInfo *pInfo)
-{
-    if (m_nState != Detecting || !pInfo)
-        return;
-    ++m_nDetectedCount;
-    m_strCurrentTitle = detectTitle(VxItems::itemName(pInfo->nItem));
-    m_pTitle->setText(m_strCurrentTitle);
-    m_pProgress->setValue(m_nDetectedCount);
-    m_pResult->updateItem(pInfo);
-    setGroupNumbers();
-    const bool bOptimizable =
-        VxItems::optimizeOrder().contains(pInfo->nItem) && m_pThread->probeTable().canOptimize(pInfo->nItem);
-    if (!pInfo->bNormal && bOptimizable && !(m_uExceptionMask & quint32(pInfo->nItem))) {
-        m_uExceptionMask |= quint32(pInfo->nItem);
-        ++m_nExceptionCount;
-    }
-}
-
-void VxOneKeyWidget::onStartOptimizeItem(CDetectInfo *pInfo)
-{
-    if (m_nState != Optimizing || !pInfo)
-        return;
-    m_strCurrentTitle = optimizeTitle(VxItems::itemName(pInfo->nItem));
-    m_pTitle->setText(m_strCurrentTitle);
-}
-
-void VxOneKeyWidget::onEndOptimizeItem(CDetectInfo *pInfo)
-{
-    if (m_nState != Optimizing || !pInfo)
-        return;
-    ++m_nOptimizedCount;
-    m_strCurrentTitle = optimizeTitle(VxItems::itemName(pInfo->nItem));
-    m_pTitle->setText(m_strCurrentTitle);
-    m_pProgress->setValue(m_nOptimizedCount);
-    m_pResult->updateItem(pInfo);
-    // A repaired item is no longer pending.
-    if (pInfo->bNormal && (m_uExceptionMask & quint32(pInfo->nItem))) {
-        m_uExceptionMask &= ~quint32(pInfo->nItem);
-        --m_nExceptionCount;
-    }
-}
-
-void VxOneKeyWidget::onRemoveOptimizeItem(int nItem)
-{
-    if (!(m_uExceptionMask & quint32(nItem)))
-        return;
-    --m_nExceptionCount;
-    m_uExceptionMask &= ~quint32(nItem);
-    applyState(DetectFinished);
 }
 
 void VxOneKeyWidget::showLoading(const QString &strText)
@@ -490,12 +417,14 @@ void VxOneKeyWidget::changeEvent(QEvent *pEvent)
                 m_pStateItems[i]->setCaption(tr(captions[i]));
         }
         if (pEvent && allWidgetsPresent()) {
-            // The progress title is rebuilt from the current counts.
+            // The progress title is rebuilt in the new language from the
+            // current item and counts; the state is re-applied, not entered,
+            // so the group numbers stay.
             if (m_nState == Detecting)
-                m_strCurrentTitle = detectTitle(QString());
+                m_strCurrentTitle = detectTitle();
             else if (m_nState == Optimizing)
-                m_strCurrentTitle = optimizeTitle(QString());
-            applyState(m_nState);
+                m_strCurrentTitle = optimizeTitle();
+            applyState(m_nState, false);
         }
     }
     if (pEvent)

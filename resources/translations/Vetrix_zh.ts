@@ -768,6 +768,10 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>The driver was not installed: the installer could not be started.</source>
         <translation>驱动未安装：无法启动安装程序。</translation>
     </message>
+    <message>
+        <source>Missing file: %1</source>
+        <translation>缺少文件：%1</translation>
+    </message>
 </context>
 <context>
     <name>VxSDKFileClearDlg</name>

@@ -46,6 +46,7 @@ private slots:
     void aboutFromMenu();
     void destroyStopsResourceLoop();
     void workerWarningShowsMessageBox();
+    void missingInstallersAreNamedOneBoxAtATime();
 
 private:
     QTemporaryDir m_root;
@@ -279,15 +280,17 @@ void TestVxMainWindow::aboutFromMenu()
 void TestVxMainWindow::destroyStopsResourceLoop()
 {
     // The destructor waits for the loop, so no sample reaches a freed window
-    // (the sanitizer runs would see it) and closing takes well under the
-    // loop's one-second period.
+    // (the sanitizer runs would see it), and wakes it, so closing is not
+    // held up by the sampling period: with a ten-minute period a destructor
+    // that did not wake the loop would keep the test until its time-out.
+    VxMainWindow::setSamplePeriod(600000);
+    const auto restore = qScopeGuard([] { VxMainWindow::setSamplePeriod(1000); });
     for (int i = 0; i < 3; ++i) {
         auto *pWindow = new TestWindow;
-        QTest::qWait(20);
-        QElapsedTimer timer;
-        timer.start();
+        // Let the loop take its first sample and go to sleep (should it not
+        // be there yet, it sees the cleared flag before it sleeps).
+        QTest::qWait(50);
         delete pWindow;
-        QVERIFY2(timer.elapsed() < 900, "the window waited a whole sampling period");
     }
 }
 
@@ -307,6 +310,66 @@ void TestVxMainWindow::workerWarningShowsMessageBox()
     emit window.page()->worker()->sigWarning(QStringLiteral("File doesn't exist."));
     QCOMPARE(strShown, QStringLiteral("File doesn't exist."));
     QCOMPARE(strTitle, QStringLiteral("Prompt"));
+}
+
+// Both driver installers are missing: the optimisation warns twice, each
+// box naming its installer, and the second box only opens once the first is
+// closed.
+void TestVxMainWindow::missingInstallersAreNamedOneBoxAtATime()
+{
+    QTemporaryDir sdk;
+    const QString strGige = sdk.filePath("Drivers/GigE/install.sh");
+    const QString strUsb3 = sdk.filePath("Drivers/Usb3.0/install.sh");
+    FakeProbes *pFakes = &m_fakes;
+    VxOperateThread::setProbeTableSource([pFakes, strGige, strUsb3] {
+        VxProbeTable table = pFakes->tableWithoutTrees();
+        table.gigeDriverCheck = [](CDetectInfo &info) { info.bNormal = 0; };
+        table.usb3DriverCheck = [](CDetectInfo &info) { info.bNormal = 0; };
+        table.gigeDriverInstall = [] { return false; };
+        table.usb3DriverInstall = [] { return false; };
+        table.gigeInstallerPath = [strGige] { return strGige; };
+        table.usb3InstallerPath = [strUsb3] { return strUsb3; };
+        return table;
+    });
+    const auto restore = qScopeGuard([pFakes] {
+        VxOperateThread::setProbeTableSource([pFakes] { return pFakes->tableWithoutTrees(); });
+    });
+    TestWindow window;
+    window.show();
+    VxOneKeyWidget *pPage = window.page();
+    pPage->worker()->setItemPause(1);
+    QTest::mouseClick(pPage->operateButton2(), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(pPage->state(), int(VxOneKeyWidget::DetectFinished), 10000);
+
+    QStringList listShown;
+    int nMostOpen = 0;
+    QTimer closer;
+    connect(&closer, &QTimer::timeout, this, [&] {
+        int nOpen = 0;
+        for (QWidget *pWidget : QApplication::topLevelWidgets())
+            nOpen += qobject_cast<CustomMessageBox *>(pWidget) && pWidget->isVisible();
+        nMostOpen = qMax(nMostOpen, nOpen);
+        // Leave each box open a little while, so a second one would be seen.
+        if (auto *pBox = qobject_cast<CustomMessageBox *>(QApplication::activeModalWidget())) {
+            if (pBox->property("vxSeen").toBool()) {
+                listShown << pBox->cText();
+                pBox->close();
+            } else {
+                pBox->setProperty("vxSeen", true);
+            }
+        }
+    });
+    closer.start(100);
+    QTest::mouseClick(pPage->operateButton1(), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(listShown.size(), 2, 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(pPage->isWorkerIdle() && pPage->state() == VxOneKeyWidget::OptimizeFinished, 10000);
+    QTest::qWait(300);
+    QCOMPARE(listShown.size(), 2);
+    QCOMPARE(nMostOpen, 1);
+    QCOMPARE(listShown.at(0),
+             QStringLiteral("File doesn't exist.\nMissing file: ") + QDir::toNativeSeparators(strGige));
+    QCOMPARE(listShown.at(1),
+             QStringLiteral("File doesn't exist.\nMissing file: ") + QDir::toNativeSeparators(strUsb3));
 }
 
 QTEST_MAIN(TestVxMainWindow)

@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QHeaderView>
 #include <QTemporaryDir>
+#include <QToolTip>
 #include <QTest>
 
 #include <new>
@@ -219,6 +220,36 @@ private slots:
         QCOMPARE(fx.info.bNormal, 0);
         QCOMPARE(fx.info.foundFiles, (QMap<QString, QStringList>{{kLib, {fx.strNative, fx.strX86}}}));
         QVERIFY(dialog.isVisible());
+    }
+
+    // Resting the mouse on a row's file name or folder shows it whole as a
+    // tool tip (the columns are narrower than long paths), also while the
+    // dialog is not the active window (no window manager gave it the focus,
+    // or the user looks at a file manager beside it).
+    void cellsShowTheirToolTips()
+    {
+        Fixture fx;
+        VxSDKFileClearDlg dialog(&fx.info);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QWidget other;
+        other.setGeometry(dialog.geometry().right() + 20, 0, 100, 100);
+        other.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&other));
+        other.activateWindow();
+        QTRY_VERIFY(other.isActiveWindow());
+        QVERIFY(!dialog.isActiveWindow());
+        CustomTableWidget *pTable = dialog.table();
+        for (int nColumn : {0, 1}) {
+            QToolTip::hideText();
+            QTRY_VERIFY(!QToolTip::isVisible());
+            const QRect cell = pTable->visualItemRect(pTable->item(0, nColumn));
+            QTest::mouseMove(pTable->viewport(), cell.center());
+            QTRY_VERIFY2_WITH_TIMEOUT(QToolTip::isVisible(), qPrintable(QStringLiteral("column %1").arg(nColumn)),
+                                      10000);
+            QCOMPARE(QToolTip::text(), nColumn == 0 ? kLib : fx.strNative);
+        }
+        QToolTip::hideText();
     }
 
     void nullItemFailsTheBuild()

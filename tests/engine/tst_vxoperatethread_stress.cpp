@@ -32,15 +32,36 @@ void TestVxOperateThreadStress::rapidStartStopCycles()
     fakes.nChecksUntilInstalled = 1;
     std::atomic<int> nStarts{0};
     std::atomic<int> nEnds{0};
+    std::atomic<int> nItemStarts{0};
     std::atomic<int> nItemEnds{0};
+    // The item a pass has started and not yet ended (0: none), and every
+    // signal that breaks the order start, end, start, end... within a pass.
+    std::atomic<int> nOpenItem{0};
+    std::atomic<int> nOutOfOrder{0};
     {
         VxOperateThread thread(fakes.table());
         thread.setItemPause(pause);
-        QObject::connect(&thread, &VxOperateThread::sigStartOperate, &thread, [&] { ++nStarts; },
-                         Qt::DirectConnection);
+        // Direct connections: the observers run on the worker, in the order
+        // the signals are emitted.
+        QObject::connect(&thread, &VxOperateThread::sigStartOperate, &thread, [&] {
+            ++nStarts;
+            nOpenItem = 0; // an item cut short by a stop sends no end
+        }, Qt::DirectConnection);
         QObject::connect(&thread, &VxOperateThread::sigEndOperate, &thread, [&] { ++nEnds; }, Qt::DirectConnection);
-        QObject::connect(&thread, &VxOperateThread::sigEndDetectItem, &thread,
-                         [&](CDetectInfo *pInfo) { nItemEnds += pInfo->nItem > 0; }, Qt::DirectConnection);
+        auto itemStarted = [&](CDetectInfo *pInfo) {
+            ++nItemStarts;
+            if (nOpenItem.exchange(pInfo->nItem) != 0)
+                ++nOutOfOrder;
+        };
+        auto itemEnded = [&](CDetectInfo *pInfo) {
+            ++nItemEnds;
+            if (nOpenItem.exchange(0) != pInfo->nItem)
+                ++nOutOfOrder;
+        };
+        QObject::connect(&thread, &VxOperateThread::sigStartDetectItem, &thread, itemStarted, Qt::DirectConnection);
+        QObject::connect(&thread, &VxOperateThread::sigStartOptimizeItem, &thread, itemStarted, Qt::DirectConnection);
+        QObject::connect(&thread, &VxOperateThread::sigEndDetectItem, &thread, itemEnded, Qt::DirectConnection);
+        QObject::connect(&thread, &VxOperateThread::sigEndOptimizeItem, &thread, itemEnded, Qt::DirectConnection);
         for (int i = 0; i < 1000; ++i) {
             if (i % 2)
                 thread.startDetect(VxItems::kAllItemsMask);
@@ -70,6 +91,24 @@ void TestVxOperateThreadStress::rapidStartStopCycles()
         // pass does, so ends never outnumber starts.
         QVERIFY(nStarts.load() > 0);
         QVERIFY(nEnds.load() <= nStarts.load());
+        // Every item end closes the item its pass started last, and no item
+        // starts while another is open; an item cut short by a stop is the
+        // only one that may end without its end signal.
+        QCOMPARE(nOutOfOrder.load(), 0);
+        QVERIFY(nItemEnds.load() <= nItemStarts.load());
+        QVERIFY(nItemStarts.load() - nItemEnds.load() <= nStarts.load());
+
+        // After the storm a detection left alone runs every item once.
+        const int nStartsBefore = nItemStarts.load();
+        const int nEndsBefore = nItemEnds.load();
+        const int nPassEndsBefore = nEnds.load();
+        thread.startDetect(VxItems::kAllItemsMask);
+        QTRY_COMPARE_WITH_TIMEOUT(nEnds.load(), nPassEndsBefore + 1, 30000);
+        QVERIFY(thread.wait());
+        QCOMPARE(nItemStarts.load() - nStartsBefore, VxItems::detectOrder().size());
+        QCOMPARE(nItemEnds.load() - nEndsBefore, VxItems::detectOrder().size());
+        QCOMPARE(thread.pendingDetectMask(), 0u);
+        QCOMPARE(nOutOfOrder.load(), 0);
         // The records are still whole after the storm.
         QCOMPARE(thread.detectInfo(VxItems::SdkFiles)->nItem, int(VxItems::SdkFiles));
     }
