@@ -151,23 +151,43 @@ VxRepairStatus repair(CEnvDetectInfo &info)
 {
     const QList<QPair<QString, QString>> listWrites = plannedWrites(info);
     VxRepairStatus status = VxRepairStatus::Done;
+    QStringList listWritten;
     if (!listWrites.isEmpty()) {
         if (VxPrivileged::isRoot()) {
-            status = writeMachineEnvironment(listWrites) ? VxRepairStatus::Done : VxRepairStatus::Failed;
+            status = writeMachineEnvironment(listWrites, &listWritten) ? VxRepairStatus::Done : VxRepairStatus::Failed;
         } else {
             QStringList listArgs;
             for (const auto &write : listWrites)
                 listArgs << write.first << write.second;
             status = VxPrivileged::runHelper(QStringLiteral("set-env"), listArgs);
+            if (status == VxRepairStatus::Done) {
+                for (const auto &write : listWrites)
+                    listWritten << write.first;
+            }
         }
     }
-    VxPrivileged::setLastStatus(status);
-    if (status != VxRepairStatus::Done)
+    if (status != VxRepairStatus::Done) {
+        VxPrivileged::setLastStatus(status);
         return status; // nothing written: the item stays exceptional
-    for (const auto &write : listWrites)
+    }
+    // Only what the machine environment took goes into this process, so a
+    // new check still finds a value that could not be written.
+    bool bAllWritten = true;
+    for (const auto &write : listWrites) {
+        if (!listWritten.contains(write.first)) {
+            bAllWritten = false;
+            continue;
+        }
         qputenv(write.first.toLatin1().constData(), write.second.toLocal8Bit());
-    info.bNormal = 1;
-    info.missingValues.clear();
+        info.missingValues.remove(write.first);
+    }
+    if (bAllWritten) {
+        info.bNormal = 1;
+        info.missingValues.clear();
+    } else {
+        status = VxRepairStatus::Failed;
+    }
+    VxPrivileged::setLastStatus(status);
     return status;
 }
 
