@@ -31,7 +31,7 @@ private:
 
 void TestVetrixCheckIntegration::initTestCase()
 {
-    m_strProgram = QStringLiteral(VX_BIN_DIR "/vetrix-check");
+    m_strProgram = QStringLiteral(VX_BIN_DIR "/vetrix-check" VX_EXE_SUFFIX);
     QVERIFY2(QFileInfo(m_strProgram).isExecutable(), qPrintable(m_strProgram));
     QVERIFY(m_root.isValid());
 }
