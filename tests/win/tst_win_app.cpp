@@ -48,6 +48,7 @@ private slots:
 
     void secondStartFindsTheMutexAndExitsZero();
     void startAfterReleaseIsFirst();
+    void platformCheckPasses();
     void versionTextWithoutConfiguration();
     void versionTextFromMakerConfiguration();
     void memoryLoadIsTheSystemsReading();
@@ -81,6 +82,13 @@ void TstWinApp::startAfterReleaseIsFirst()
     QVERIFY2(second.waitForFinished(60000), qPrintable(second.errorString()));
     QCOMPARE(second.exitCode(), 3);
     QCOMPARE(second.readAllStandardOutput().trimmed(), QByteArray("first"));
+}
+
+// GetNativeSystemInfo is found in kernel32 and called; the check passes.
+void TstWinApp::platformCheckPasses()
+{
+    QVERIFY(GetProcAddress(GetModuleHandleW(L"kernel32"), "GetNativeSystemInfo") != nullptr);
+    QVERIFY(vxPlatformCheck());
 }
 
 void TstWinApp::versionTextWithoutConfiguration()

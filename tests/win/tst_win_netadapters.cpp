@@ -79,7 +79,7 @@ class TstWinNetAdapters : public QObject
 private slots:
     void jumboSettingIsRead_data();
     void jumboSettingIsRead();
-    void missingDriverKeyHasNoSetting();
+    void missingDriverOrClassKeyHasNoSetting();
     void devicesAreFoundByEnumerator_data();
     void devicesAreFoundByEnumerator();
     void deviceWithoutDriverKeyIsNotListed();
@@ -143,13 +143,18 @@ void TstWinNetAdapters::jumboSettingIsRead()
         QCOMPARE(NetAdapters::jumboValueNames().value(device.driverKey()), name);
 }
 
-void TstWinNetAdapters::missingDriverKeyHasNoSetting()
+void TstWinNetAdapters::missingDriverOrClassKeyHasNoSetting()
 {
     int nValue = -1;
     const QString strKey = QStringLiteral("{4D36E972-E325-11CE-BFC1-08002BE10318}\\9") + uniqueTag().left(3);
     QCOMPARE(NetAdapters::Detail::readJumbo(strKey, &nValue), 2);
     QCOMPARE(nValue, 0);
     QCOMPARE(NetAdapters::Detail::readJumbo(QString(), &nValue), 2);
+    // A class that has no key at all.
+    const QString strNoClass = QStringLiteral("{0BADC1A5-0000-0000-0000-%1}\\0000").arg(uniqueTag());
+    QCOMPARE(NetAdapters::Detail::readJumbo(strNoClass, &nValue), 2);
+    QCOMPARE(NetAdapters::Detail::connectedDescription(strNoClass), QString());
+    QCOMPARE(NetAdapters::setJumbo(strNoClass, true), VxRepairStatus::Failed);
 }
 
 void TstWinNetAdapters::devicesAreFoundByEnumerator_data()
