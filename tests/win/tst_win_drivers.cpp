@@ -82,6 +82,7 @@ private slots:
     void usb3OtherPublishedInfDoesNotCount();
     void gigeProbeReportsAbsentDevice();
     void filterClientErrorPaths();
+    void filterDeviceEventsAreAutoReset();
     void installerStartsBatchFile();
     void installerWithoutScriptStartsNothing();
     void firewallStubReportsOff_wineStub();
@@ -183,6 +184,24 @@ void TstWinDrivers::filterClientErrorPaths()
     QCOMPARE(client.start(), GevFilter::kNotAvailable);
     QVERIFY(!client.isRunning());
     QVERIFY(!client.openDevice());
+}
+
+// The three events shared with the driver: a signalled one wakes the wait,
+// a later one is picked up by the poll, and each resets when seen.
+void TstWinDrivers::filterDeviceEventsAreAutoReset()
+{
+    std::unique_ptr<GevFilter::Device> pDevice = GevFilter::createPlatformDevice();
+    QVERIFY(pDevice->createEvents());
+    QVERIFY(pDevice->hasEvents());
+    for (int i : {1, 2})
+        QVERIFY(SetEvent(reinterpret_cast<HANDLE>(quintptr(pDevice->eventHandle(i)))));
+    QCOMPARE(pDevice->waitAny(5000), 1);
+    QVERIFY(pDevice->poll(2));
+    QVERIFY(!pDevice->poll(2));
+    QVERIFY(!pDevice->poll(0));
+    QCOMPARE(pDevice->waitAny(10), -1);
+    pDevice->closeEvents();
+    QVERIFY(!pDevice->hasEvents());
 }
 
 // The installer script is started through the shell, hidden, without

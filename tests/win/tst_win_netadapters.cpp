@@ -87,6 +87,7 @@ private slots:
     void setJumboWritesLastEnumerated_wineSortsByName_data();
     void setJumboWritesLastEnumerated_wineSortsByName();
     void setJumboWithoutEnumKeyFails();
+    void repairEnablesConnectedAdapter();
     void restartIsRefused_wineStub();
     void lineRateZeroSpeedIsSlow_wineStub();
     void lineRateSkipsCharacteristicsOfWrongType();
@@ -317,6 +318,49 @@ void TstWinNetAdapters::setJumboWithoutEnumKeyFails()
     QCOMPARE(NetAdapters::setJumbo(device.driverKey(), true), VxRepairStatus::Failed);
     QCOMPARE(NetAdapters::Detail::readJumbo(device.driverKey(), &nValue), 0);
     QCOMPARE(nValue, 1514);
+}
+
+// The item's repair on a connected adapter that is off: the largest allowed
+// value is written and the new check shows the adapter on.
+void TstWinNetAdapters::repairEnablesConnectedAdapter()
+{
+    const QString strConnected = connectedAdapterName();
+    if (strConnected.isEmpty()) {
+        qInfo("Wine reports no connected interface of the host: nothing to repair");
+        CJumboPacketDetectInfo info;
+        JumboFrame::check(info);
+        QCOMPARE(JumboFrame::repair(info), VxRepairStatus::Done);
+        QCOMPARE(info.bNormal, 0);
+        return;
+    }
+    NetDevice device(pciId(uniqueTag()), true, QStringLiteral("Vetrix Repair NIC ") + uniqueTag());
+    QVERIFY(device.isRegistered());
+    {
+        KeyCloser key{createKey(device.driverKeyPath())};
+        QVERIFY(key.hKey);
+        QCOMPARE(setString(key.hKey, "NetCfgInstanceId", strConnected), LONG(ERROR_SUCCESS));
+        QCOMPARE(setString(key.hKey, "JumboPacket", "1514"), LONG(ERROR_SUCCESS));
+        KeyCloser values{createKey(device.driverKeyPath() + "\\Ndi\\params\\JumboPacket\\enum")};
+        QVERIFY(values.hKey);
+        QCOMPARE(setString(values.hKey, "1514", "Disabled"), LONG(ERROR_SUCCESS));
+        QCOMPARE(setString(values.hKey, "9014", "9KB MTU"), LONG(ERROR_SUCCESS));
+    }
+    const QString strDescription = NetAdapters::Detail::connectedDescription(device.driverKey());
+    QVERIFY(!strDescription.isEmpty());
+    CJumboPacketDetectInfo info;
+    JumboFrame::check(info);
+    QCOMPARE(info.jumboStates.value(strDescription, -1), 0);
+    QCOMPARE(info.bNormal, 0);
+
+    QCOMPARE(JumboFrame::repair(info), VxRepairStatus::Done);
+    QCOMPARE(info.jumboStates.value(strDescription, -1), 1);
+    QCOMPARE(info.jumboValues.value(strDescription, -1), 9014);
+    QCOMPARE(info.bNormal, 1);
+    DWORD dwType = 0;
+    QByteArray data;
+    QVERIFY(queryValue(device.driverKeyPath(), "JumboPacket", &dwType, &data));
+    QCOMPARE(QString::fromUtf16(reinterpret_cast<const ushort *>(data.constData()), data.size() / 2).remove(QChar(0)),
+             QStringLiteral("9014"));
 }
 
 namespace {
