@@ -3,8 +3,10 @@
 #include "cameradrivers_win_p.h"
 #include "cdetectinfo.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QMutex>
 
 #include <string>
 #include <vector>
@@ -101,14 +103,31 @@ bool publishedInfFound(const QString &strInf)
     if (strName.isEmpty() || uLength == 0 || uLength >= MAX_PATH)
         return false;
     const QDir infFolder(QDir::fromNativeSeparators(QString::fromWCharArray(windows)) + QStringLiteral("/INF"));
-    QStringList listCandidates = infFolder.entryList({QStringLiteral("oem*.inf")}, QDir::Files, QDir::Name);
+    QFileInfoList listCandidates = infFolder.entryInfoList({QStringLiteral("oem*.inf")}, QDir::Files, QDir::Name);
     if (infFolder.exists(strName))
-        listCandidates.prepend(strName);
-    for (const QString &strCandidate : listCandidates) {
-        if (originalInfName(infFolder.filePath(strCandidate)).compare(strName, Qt::CaseInsensitive) == 0)
-            return true;
+        listCandidates.prepend(QFileInfo(infFolder.filePath(strName)));
+
+    // The driver poll after an install asks again and again: the INFs are
+    // parsed again only when the published set has changed.
+    static QMutex mutex;
+    static QString strLastKey;
+    static bool bLastFound = false;
+    QString strKey = strName.toLower();
+    for (const QFileInfo &candidate : listCandidates)
+        strKey += QStringLiteral("|%1:%2:%3").arg(candidate.fileName()).arg(candidate.size()).arg(candidate.lastModified().toMSecsSinceEpoch());
+    QMutexLocker locker(&mutex);
+    if (strKey == strLastKey)
+        return bLastFound;
+    bool bFound = false;
+    for (const QFileInfo &candidate : listCandidates) {
+        if (originalInfName(candidate.filePath()).compare(strName, Qt::CaseInsensitive) == 0) {
+            bFound = true;
+            break;
+        }
     }
-    return false;
+    strLastKey = strKey;
+    bLastFound = bFound;
+    return bFound;
 }
 
 } // namespace Detail
