@@ -79,6 +79,8 @@ private slots:
     void usb3FallsBackToPublishedInf_data();
     void usb3FallsBackToPublishedInf();
     void usb3WithoutFrameworkLibrary();
+    void usb3FrameworkAnswers_data();
+    void usb3FrameworkAnswers();
     void usb3OtherPublishedInfDoesNotCount();
     void gigeProbeReportsAbsentDevice();
     void filterClientErrorPaths();
@@ -138,6 +140,52 @@ void TstWinDrivers::usb3WithoutFrameworkLibrary()
     CameraDrivers::usb3Check(info);
     unpublishInf(strPublished);
     QCOMPARE(info.bNormal, 1);
+}
+
+// Each answer a framework library may give (a stand-in DLL gives them):
+// its own answers count, only an unsupported call or a library without the
+// function falls back to the published INFs.
+void TstWinDrivers::usb3FrameworkAnswers_data()
+{
+    QTest::addColumn<QString>("library");
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<bool>("published");
+    QTest::addColumn<int>("framework");
+    QTest::addColumn<int>("normal");
+    using A = CameraDrivers::Detail::FrameworkAnswer;
+    const QString strFake = QStringLiteral("fakedifx.dll");
+    QTest::newRow("path found") << strFake << QByteArray("path") << false << int(A::InStore) << 1;
+    QTest::newRow("success with zero length") << strFake << QByteArray("empty") << true << int(A::NotInStore) << 0;
+    QTest::newRow("package not in store") << strFake << QByteArray("0xE0000302") << true << int(A::NotInStore) << 0;
+    QTest::newRow("call not implemented") << strFake << QByteArray("120") << true << int(A::Unavailable) << 1;
+    QTest::newRow("unsupported, nothing published") << strFake << QByteArray("1630") << false << int(A::Unavailable) << 0;
+    QTest::newRow("library without the function") << QStringLiteral("kernel32.dll") << QByteArray("path") << true
+                                                  << int(A::Unavailable) << 1;
+}
+
+void TstWinDrivers::usb3FrameworkAnswers()
+{
+    QFETCH(QString, library);
+    QFETCH(QByteArray, answer);
+    QFETCH(bool, published);
+    QFETCH(int, framework);
+    QFETCH(int, normal);
+    const QString strLibrary = library.startsWith(QLatin1String("fake"))
+                                   ? QDir::toNativeSeparators(QCoreApplication::applicationDirPath() + "/" + library)
+                                   : library;
+    CameraDrivers::Detail::setDriverFrameworkLibrary(strLibrary);
+    qputenv("VX_FAKE_DIFX", answer);
+    QVERIFY(writeFile(usb3Inf(), kInf));
+    const QString strPublished = published ? publishInf(usb3Inf()) : QString();
+    QCOMPARE(strPublished.isEmpty(), !published);
+    const int nFramework = int(CameraDrivers::Detail::askDriverFramework(usb3Inf()));
+    CDetectInfo info;
+    info.bNormal = normal ? 0 : 1;
+    CameraDrivers::usb3Check(info);
+    unpublishInf(strPublished);
+    qunsetenv("VX_FAKE_DIFX");
+    QCOMPARE(nFramework, framework);
+    QCOMPARE(info.bNormal, normal);
 }
 
 // Another package published under another name is not the SDK's driver.
