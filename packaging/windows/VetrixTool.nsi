@@ -32,6 +32,7 @@ VIProductVersion "${VX_VERSION}.0"
 VIAddVersionKey /LANG=1033 "ProductName" "${VX_NAME}"
 VIAddVersionKey /LANG=1033 "CompanyName" "${VX_PUBLISHER}"
 VIAddVersionKey /LANG=1033 "FileDescription" "${VX_NAME} Setup"
+VIAddVersionKey /LANG=1033 "LegalCopyright" "Copyright 2025 Orvex Imaging. All rights reserved."
 VIAddVersionKey /LANG=1033 "FileVersion" "${VX_VERSION}"
 VIAddVersionKey /LANG=1033 "ProductVersion" "${VX_VERSION}"
 

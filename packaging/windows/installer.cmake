@@ -1,6 +1,6 @@
 # The Windows installer (NSIS): target "installer" stages `cmake --install`
-# into installer/stage and packs it with makensis into
-# VetrixTool-<version>-win64-setup.exe in the build folder. Not part of
+# into installer/stage and packs it with makensis into VX_INSTALLER
+# (VetrixTool-<version>-win64-setup.exe in the build folder). Not part of
 # "all" (packing takes a while); dev.sh builds it for the tests (tests/win).
 find_program(VX_MAKENSIS makensis)
 if(NOT VX_MAKENSIS)
@@ -9,8 +9,6 @@ if(NOT VX_MAKENSIS)
 endif()
 
 set(vx_stage ${CMAKE_BINARY_DIR}/installer/stage)
-set(VX_INSTALLER ${CMAKE_BINARY_DIR}/VetrixTool-${PROJECT_VERSION}-win64-setup.exe
-    CACHE INTERNAL "The Windows installer the target installer makes")
 set(vx_nsi ${CMAKE_CURRENT_SOURCE_DIR}/windows/VetrixTool.nsi)
 if(VX_HOST_ICON)
     set(vx_icon ${VX_HOST_ICON})
