@@ -14,8 +14,10 @@ PACKAGES=(
     imagemagick  # tools/screenshot captures the virtual display with import
     # tests: sanitizer runtimes come with g++; network namespaces need iproute2
     iproute2 xvfb xauth dbus-daemon
-    # Windows sources are syntax-checked with mingw-w64 (tools/check-windows)
-    g++-mingw-w64-x86-64-posix
+    # The Windows build: mingw-w64 (posix threads) against the Windows Qt in
+    # ../shared/toolchains, its tests under Wine (windows on Xvfb, clicked
+    # with xdotool), the installer made with NSIS
+    g++-mingw-w64-x86-64-posix xz-utils wine64 nsis xdotool
     desktop-file-utils  # tests/packaging validates the .desktop file
 )
 
@@ -43,6 +45,44 @@ build() { # build DIR [cmake options...]
     cmake --build "$dir" -j "$(nproc)"
 }
 
+# The Windows Qt (qtbase 5.15 for mingw-w64): $VX_QT_WIN_PREFIX, else
+# /opt/qt5-mingw64, else the archive beside the repository, unpacked once
+# into a cache folder. Prints the prefix.
+windows_qt() {
+    local archive=${VX_QT_WIN_ARCHIVE:-../shared/toolchains/qt5-mingw64.tar.xz}
+    local cache=${VX_CACHE_DIR:-${XDG_CACHE_HOME:-$HOME/.cache}/vetrix-tool}
+    if [ -n "${VX_QT_WIN_PREFIX:-}" ]; then
+        echo "$VX_QT_WIN_PREFIX"
+    elif [ -d /opt/qt5-mingw64/lib/cmake/Qt5 ]; then
+        echo /opt/qt5-mingw64
+    elif [ -f "$archive" ]; then
+        if [ ! -f "$cache/qt5-mingw64.stamp" ] || [ "$archive" -nt "$cache/qt5-mingw64.stamp" ]; then
+            echo "Unpacking $archive into $cache" >&2
+            rm -rf "$cache/qt5-mingw64"
+            mkdir -p "$cache"
+            tar -C "$cache" -xJf "$archive"
+            touch "$cache/qt5-mingw64.stamp"
+        fi
+        echo "$cache/qt5-mingw64"
+    else
+        echo "dev.sh: no Windows Qt: set VX_QT_WIN_PREFIX or provide $archive" >&2
+        return 1
+    fi
+}
+
+# Cross-builds the Windows program, its tests and its installer into
+# build-win (resources from the host build in build) and runs the tests
+# under Wine.
+windows_test() {
+    local start=$SECONDS qt
+    qt=$(windows_qt)
+    build build-win -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -DVX_QT_WIN_PREFIX="$qt" \
+        -DVX_HOST_BUILD_DIR="$PWD/build" -DVX_BUILD_BENCH=OFF
+    cmake --build build-win --target installer
+    ctest --test-dir build-win --output-on-failure -j "$(nproc)"
+    echo "Windows build and tests under Wine: $((SECONDS - start)) s"
+}
+
 # The tests labelled "thread" in a configured build: the ones worth a
 # thread-sanitized build of their own.
 thread_tests() {
@@ -63,6 +103,7 @@ test)
     install_missing
     build build
     ctest --test-dir build --output-on-failure -j "$(nproc)"
+    windows_test
     # Address and undefined-behaviour sanitizers over every test, then the
     # thread sanitizer over the tests that run threads (label "thread").
     build build-asan -DVX_SANITIZE=address,undefined -DVX_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=Debug

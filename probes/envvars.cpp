@@ -193,27 +193,46 @@ VxRepairStatus repair(CEnvDetectInfo &info)
 {
     const QList<QPair<QString, QString>> listWrites = plannedWrites(info);
     VxRepairStatus status = VxRepairStatus::Done;
+    QStringList listWritten;
     if (!listWrites.isEmpty()) {
         // Another system root is written with this user's own rights: the
         // helper acts on the running machine only.
         if (VxPrivileged::isRoot() || !LuInterface::isLiveRoot()) {
-            status = writeMachineEnvironment(listWrites) ? VxRepairStatus::Done : VxRepairStatus::Failed;
+            status = writeMachineEnvironment(listWrites, &listWritten) ? VxRepairStatus::Done : VxRepairStatus::Failed;
         } else {
             QStringList listArgs;
             for (const auto &write : listWrites)
                 listArgs << write.first << write.second;
             status = VxPrivileged::runHelper(QStringLiteral("set-env"), listArgs);
+            if (status == VxRepairStatus::Done) {
+                for (const auto &write : listWrites)
+                    listWritten << write.first;
+            }
         }
     }
-    VxPrivileged::setLastStatus(status);
-    if (status != VxRepairStatus::Done)
+    if (status != VxRepairStatus::Done) {
+        VxPrivileged::setLastStatus(status);
         return status; // nothing written: the item stays exceptional
-    // This process sees the change at once (its own value with the parts it
-    // lacked in front), so a new check here passes.
-    for (const auto &write : sessionWrites(info))
+    }
+    // Only what the machine environment took goes into this process (its own
+    // value with the parts it lacked in front), so a new check here passes for
+    // those and still finds a value that could not be written.
+    bool bAllWritten = true;
+    for (const auto &write : listWrites)
+        bAllWritten = bAllWritten && listWritten.contains(write.first);
+    for (const auto &write : sessionWrites(info)) {
+        if (!listWritten.contains(write.first))
+            continue;
         qputenv(write.first.toLatin1().constData(), write.second.toLocal8Bit());
-    info.bNormal = 1;
-    info.missingValues.clear();
+        info.missingValues.remove(write.first);
+    }
+    if (bAllWritten) {
+        info.bNormal = 1;
+        info.missingValues.clear();
+    } else {
+        status = VxRepairStatus::Failed;
+    }
+    VxPrivileged::setLastStatus(status);
     return status;
 }
 

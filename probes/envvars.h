@@ -55,11 +55,15 @@ QList<QPair<QString, QString>> plannedWrites(const CEnvDetectInfo &info);
 
 // Writes plannedWrites() into the machine-wide environment (through
 // vetrix-helper when not root) and into this process, then marks the item
-// normal. When the machine file cannot be written nothing changes and the
-// item stays exceptional.
+// normal. Only a value the machine environment took is put into this
+// process: when nothing can be written nothing changes, and when single
+// values fail they stay queued, the item stays exceptional and the status
+// is Failed.
 VxRepairStatus repair(CEnvDetectInfo &info);
 
-// The platform write of the machine-wide environment (root only).
-bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites);
+// The platform write of the machine-wide environment (root only). False
+// when nothing could be written; otherwise pWritten receives the names of
+// the values written.
+bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites, QStringList *pWritten);
 
 } // namespace EnvVars

@@ -38,9 +38,14 @@ Layout layout()
     return lay;
 }
 
-bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites)
+// The file is replaced as a whole: every value or none is written.
+bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites, QStringList *pWritten)
 {
-    return EtcEnvironment::apply(listWrites);
+    if (!EtcEnvironment::apply(listWrites))
+        return false;
+    for (const auto &write : listWrites)
+        pWritten->append(write.first);
+    return true;
 }
 
 } // namespace EnvVars

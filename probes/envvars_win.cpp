@@ -1,10 +1,24 @@
 #include "envvars.h"
 
+#include "envvars_win_p.h"
 #include "luinterface.h"
 
 #include <windows.h>
 
 namespace EnvVars {
+
+namespace Detail {
+
+namespace {
+ValueWriter g_writer;
+}
+
+void setValueWriter(ValueWriter writer)
+{
+    g_writer = std::move(writer);
+}
+
+} // namespace Detail
 
 Layout layout()
 {
@@ -13,21 +27,25 @@ Layout layout()
 
 // The machine-wide environment in the registry. Each value is written
 // through one fixed 1024-byte buffer (the whole buffer is passed); a failed
-// single write is skipped. Returns false only when the key cannot be opened.
-bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites)
+// single write is skipped and left out of pWritten. Returns false only when
+// the key cannot be opened.
+bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites, QStringList *pWritten)
 {
     HKEY hKey = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, "System\\CurrentControlSet\\Control\\Session Manager\\Environment", 0,
-                      KEY_READ | KEY_WRITE, &hKey) != ERROR_SUCCESS)
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, Detail::kEnvironmentKey, 0, KEY_READ | KEY_WRITE, &hKey) != ERROR_SUCCESS)
         return false;
     unsigned char buffer[1024];
     for (const auto &write : listWrites) {
         const DWORD dwType = isPathLike(write.first) ? REG_EXPAND_SZ : REG_SZ;
         memset(buffer, 0, sizeof buffer);
         LuInterface::string2UcharLocale(write.second, buffer, int(sizeof buffer));
-        const LONG lResult = RegSetValueExA(hKey, write.first.toLatin1().constData(), 0, dwType, buffer, sizeof buffer);
-        if (lResult == ERROR_SUCCESS)
-            qCInfo(lcVxRepair).noquote() << "HKLM environment" << write.first << "new:" << write.second;
+        const QByteArray name = write.first.toLatin1();
+        const LONG lResult = Detail::g_writer ? Detail::g_writer(hKey, name.constData(), dwType, buffer, sizeof buffer)
+                                              : RegSetValueExA(hKey, name.constData(), 0, dwType, buffer, sizeof buffer);
+        if (lResult != ERROR_SUCCESS)
+            continue;
+        pWritten->append(write.first);
+        qCInfo(lcVxRepair).noquote() << "HKLM environment" << write.first << "new:" << write.second;
     }
     RegCloseKey(hKey);
     // Tell every top-level window; sent twice on purpose.

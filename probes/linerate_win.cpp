@@ -33,11 +33,13 @@ bool isPhysicalAdapter(const char *pAdapterName)
         DWORD dwSize = sizeof id - 1;
         if (RegQueryValueExA(hDriver, "NetCfgInstanceId", nullptr, nullptr, id, &dwSize) == ERROR_SUCCESS
             && LuInterface::GetEncodeQStringFromUnChar(id, int(sizeof id)) == QString::fromLatin1(pAdapterName)) {
+            // Only a DWORD counts; a value of another type cannot be read as one.
             DWORD dwCharacteristics = 0;
             DWORD dwValueSize = sizeof dwCharacteristics;
-            if (RegQueryValueExA(hDriver, "Characteristics", nullptr, nullptr, reinterpret_cast<LPBYTE>(&dwCharacteristics),
+            DWORD dwType = REG_NONE;
+            if (RegQueryValueExA(hDriver, "Characteristics", nullptr, &dwType, reinterpret_cast<LPBYTE>(&dwCharacteristics),
                                  &dwValueSize) == ERROR_SUCCESS
-                && (dwCharacteristics & 0x4))
+                && dwType == REG_DWORD && dwValueSize == sizeof dwCharacteristics && (dwCharacteristics & 0x4))
                 bPhysical = true;
         }
         RegCloseKey(hDriver);

@@ -1,6 +1,7 @@
 #include "netadapters.h"
 
 #include "luinterface.h"
+#include "netadapters_win_p.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -9,6 +10,7 @@
 #include <setupapi.h>
 #include <iphlpapi.h>
 
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -97,7 +99,54 @@ std::unique_ptr<BYTE[]> adaptersInfo()
     return buffer;
 }
 
-// The description of the connected adapter behind a driver key, or empty.
+QStringList valueNames()
+{
+    if (LuInterface::systemName() == 1)
+        return {QStringLiteral("Jumboframe")};
+    return {QStringLiteral("JumboPacket"), QStringLiteral("*JumboPacket"), QStringLiteral("MaxPacketSize")};
+}
+
+void writeJumboValue(const QString &strDriverKey, int nValue, bool *pOk)
+{
+    char buffer[261] = {};
+    const int n = snprintf(buffer, sizeof buffer, "%d", nValue);
+    if (n < 1)
+        return;
+    RegKey root;
+    RegKey driver;
+    if (!root.open(HKEY_LOCAL_MACHINE, kClassRoot, KEY_WRITE) || !driver.open(root.hKey, local8(strDriverKey), KEY_WRITE))
+        return;
+    const QByteArray name = jumboValueNames().value(strDriverKey).toLatin1();
+    if (RegSetValueExA(driver.hKey, name.constData(), 0, REG_SZ, reinterpret_cast<const BYTE *>(buffer), DWORD(n)) == ERROR_SUCCESS) {
+        *pOk = true;
+        qCInfo(lcVxRepair).noquote() << strDriverKey << name << "new:" << nValue;
+    }
+}
+
+} // namespace
+
+namespace Detail {
+
+QList<CNetDevice> networkDevices(const QString &strEnumerator)
+{
+    QList<CNetDevice> listDevices;
+    DevInfoSet devices(reinterpret_cast<const wchar_t *>(strEnumerator.utf16()));
+    if (devices.hSet == INVALID_HANDLE_VALUE)
+        return listDevices;
+    SP_DEVINFO_DATA data = {};
+    data.cbSize = sizeof data;
+    for (DWORD dwIndex = 0; SetupDiEnumDeviceInfo(devices.hSet, dwIndex, &data); ++dwIndex) {
+        CNetDevice device;
+        if (!deviceProperty(devices.hSet, &data, SPDRP_DRIVER, &device.driverKey))
+            break;
+        char instanceId[128] = {};
+        SetupDiGetDeviceInstanceIdA(devices.hSet, &data, instanceId, sizeof instanceId, nullptr);
+        device.instanceId = QString::fromLatin1(instanceId);
+        listDevices.append(device);
+    }
+    return listDevices;
+}
+
 QString connectedDescription(const QString &strDriverKey)
 {
     RegKey root;
@@ -123,14 +172,6 @@ QString connectedDescription(const QString &strDriverKey)
     return QString();
 }
 
-QStringList valueNames()
-{
-    if (LuInterface::systemName() == 1)
-        return {QStringLiteral("Jumboframe")};
-    return {QStringLiteral("JumboPacket"), QStringLiteral("*JumboPacket"), QStringLiteral("MaxPacketSize")};
-}
-
-// The jumbo setting of a driver key: state 0, 1 or 2 and the value in bytes.
 int readJumbo(const QString &strDriverKey, int *pValue)
 {
     *pValue = 0;
@@ -138,13 +179,20 @@ int readJumbo(const QString &strDriverKey, int *pValue)
     RegKey driver;
     if (!root.open(HKEY_LOCAL_MACHINE, kClassRoot, KEY_READ) || !driver.open(root.hKey, local8(strDriverKey), KEY_READ))
         return 2;
+    // The setting is stored as text. A number stored as REG_DWORD is taken as
+    // it is; a value of any other type, or one too large for the buffer,
+    // counts as unreadable and the next name is tried.
     char data[522];
     QString strFound;
+    DWORD dwType = REG_NONE;
     for (const QString &strName : valueNames()) {
         memset(data, 0, sizeof data);
         DWORD dwSize = sizeof data - 2;
-        if (RegQueryValueExA(driver.hKey, strName.toLatin1().constData(), nullptr, nullptr, reinterpret_cast<LPBYTE>(data),
-                             &dwSize) == ERROR_SUCCESS) {
+        if (RegQueryValueExA(driver.hKey, strName.toLatin1().constData(), nullptr, &dwType, reinterpret_cast<LPBYTE>(data),
+                             &dwSize) != ERROR_SUCCESS)
+            continue;
+        const bool bText = dwType == REG_SZ || dwType == REG_EXPAND_SZ || dwType == REG_MULTI_SZ;
+        if (bText || (dwType == REG_DWORD && dwSize == sizeof(DWORD))) {
             strFound = strName;
             break;
         }
@@ -152,52 +200,34 @@ int readJumbo(const QString &strDriverKey, int *pValue)
     if (strFound.isEmpty())
         return 2;
     jumboValueNames()[strDriverKey] = strFound;
-    int nValue = atoi(data);
+    int nValue = 0;
+    if (dwType == REG_DWORD) {
+        DWORD dwValue = 0;
+        memcpy(&dwValue, data, sizeof dwValue);
+        nValue = dwValue > DWORD(INT_MAX) ? INT_MAX : int(dwValue);
+    } else {
+        nValue = atoi(data);
+    }
     if (nValue >= 1 && nValue <= 1023)
         nValue = (nValue + 1) * 1024; // stored in kilobytes minus one
     *pValue = nValue;
     return nValue > kStandardFrame ? 1 : 0;
 }
 
-void writeJumboValue(const QString &strDriverKey, int nValue, bool *pOk)
-{
-    char buffer[261] = {};
-    const int n = snprintf(buffer, sizeof buffer, "%d", nValue);
-    if (n < 1)
-        return;
-    RegKey root;
-    RegKey driver;
-    if (!root.open(HKEY_LOCAL_MACHINE, kClassRoot, KEY_WRITE) || !driver.open(root.hKey, local8(strDriverKey), KEY_WRITE))
-        return;
-    const QByteArray name = jumboValueNames().value(strDriverKey).toLatin1();
-    if (RegSetValueExA(driver.hKey, name.constData(), 0, REG_SZ, reinterpret_cast<const BYTE *>(buffer), DWORD(n)) == ERROR_SUCCESS) {
-        *pOk = true;
-        qCInfo(lcVxRepair).noquote() << strDriverKey << name << "new:" << nValue;
-    }
-}
-
-} // namespace
+} // namespace Detail
 
 void buildAdapterList()
 {
     adapterList().clear();
-    for (const wchar_t *pEnumerator : {L"PCI", L"USB"}) {
-        DevInfoSet devices(pEnumerator);
-        if (devices.hSet == INVALID_HANDLE_VALUE)
-            continue;
-        SP_DEVINFO_DATA data = {};
-        data.cbSize = sizeof data;
-        for (DWORD dwIndex = 0; SetupDiEnumDeviceInfo(devices.hSet, dwIndex, &data); ++dwIndex) {
+    for (const QString &strEnumerator : {QStringLiteral("PCI"), QStringLiteral("USB")}) {
+        for (const Detail::CNetDevice &device : Detail::networkDevices(strEnumerator)) {
             CNetAdapter adapter;
-            if (!deviceProperty(devices.hSet, &data, SPDRP_DRIVER, &adapter.driverKey))
-                break;
-            adapter.description = connectedDescription(adapter.driverKey);
+            adapter.driverKey = device.driverKey;
+            adapter.description = Detail::connectedDescription(adapter.driverKey);
             if (adapter.description.isEmpty())
                 continue;
-            adapter.jumboState = readJumbo(adapter.driverKey, &adapter.jumboValue);
-            char instanceId[128] = {};
-            SetupDiGetDeviceInstanceIdA(devices.hSet, &data, instanceId, sizeof instanceId, nullptr);
-            adapter.instanceId = QString::fromLatin1(instanceId);
+            adapter.jumboState = Detail::readJumbo(adapter.driverKey, &adapter.jumboValue);
+            adapter.instanceId = device.instanceId;
             adapterList().append(adapter);
         }
     }

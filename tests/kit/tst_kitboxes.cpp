@@ -7,6 +7,7 @@
 #include "customsavedonehintdlg.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QImage>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -130,9 +131,11 @@ private slots:
     {
         QFETCH(int, nClick);
         QFETCH(int, nOpened);
-        TestSaveDone dialog("/data/VetrixTool/Log_1.log", "Diagnosis result is exported.");
-        QCOMPARE(dialog.cFilePath(), QString("/data/VetrixTool/Log_1.log"));
-        QCOMPARE(dialog.cFolderUrl(), QUrl::fromLocalFile("/data/VetrixTool"));
+        // An absolute path on every platform ("C:/data/..." on Windows).
+        const QString strDir = QDir::rootPath() + QStringLiteral("data/VetrixTool");
+        TestSaveDone dialog(strDir + "/Log_1.log", "Diagnosis result is exported.");
+        QCOMPARE(dialog.cFilePath(), strDir + "/Log_1.log");
+        QCOMPARE(dialog.cFolderUrl(), QUrl::fromLocalFile(strDir));
         QCOMPARE(dialog.cButtons().size(), 2);
         QCOMPARE(dialog.cButton(0)->text(), QString("Open Folder"));
         QCOMPARE(dialog.cButton(1)->text(), QString("OK"));
