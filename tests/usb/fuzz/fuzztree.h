@@ -1,0 +1,292 @@
+#pragma once
+
+// A small file tree on disk made from a fuzz input, for the targets that
+// read through the real file system (the kernel resolves the links). One
+// entry a line:
+//   d PATH            a directory
+//   f PATH CONTENT    a regular file
+//   p PATH CONTENT    a FIFO with CONTENT waiting in it (reads come back short)
+//   l PATH TARGET     a symbolic link
+// CONTENT and TARGET take the escapes \n, \\ and \xHH. Other lines are left
+// to the target (FuzzTree::lines()). Entries are made with *at() calls that
+// never follow a link, so nothing is written outside the tree. Reads may
+// follow links out of it: the tree's root lies at the bottom of a chain of
+// empty folders deeper than any chain of links can climb (link targets keep
+// at most kMaxUp ".." and the kernel follows at most 40 links per path),
+// and an absolute target is made relative to the root, as sysfs itself
+// would resolve it. The sandbox is removed when the process ends normally.
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+namespace FuzzTree {
+
+constexpr int kMaxUp = 8;
+constexpr size_t kMaxEntries = 512;
+constexpr size_t kMaxDepth = 24;
+constexpr size_t kMaxFifoBytes = 32768; // below a pipe's capacity: writing never blocks
+
+inline std::string unescape(const std::string &s)
+{
+    std::string out;
+    for (size_t i = 0; i < s.size(); ++i) {
+        if (s[i] != '\\' || i + 1 >= s.size()) {
+            out += s[i];
+            continue;
+        }
+        const char c = s[++i];
+        if (c == 'n') {
+            out += '\n';
+        } else if (c == 'x' && i + 2 < s.size()) {
+            out += char(std::strtol(s.substr(i + 1, 2).c_str(), nullptr, 16));
+            i += 2;
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
+
+// The components of a relative or absolute path; false for "..", ".", empty
+// components in the middle, or too many of them.
+inline bool split(const std::string &strPath, std::vector<std::string> &vecOut)
+{
+    vecOut.clear();
+    size_t at = strPath.empty() || strPath[0] != '/' ? 0 : 1;
+    while (at < strPath.size()) {
+        size_t next = strPath.find('/', at);
+        if (next == std::string::npos)
+            next = strPath.size();
+        const std::string part = strPath.substr(at, next - at);
+        if (part.empty() || part == "." || part == ".." || part.size() > 200)
+            return false;
+        vecOut.push_back(part);
+        at = next + 1;
+    }
+    return !vecOut.empty() && vecOut.size() <= kMaxDepth;
+}
+
+// Removes everything inside the open folder (links are removed, not followed).
+inline void clearDir(int nDirFd)
+{
+    const int nListFd = ::dup(nDirFd);
+    DIR *pDir = nListFd >= 0 ? ::fdopendir(nListFd) : nullptr;
+    if (!pDir) {
+        if (nListFd >= 0)
+            ::close(nListFd);
+        return;
+    }
+    ::rewinddir(pDir);
+    std::vector<std::string> vecNames;
+    while (dirent *pEnt = ::readdir(pDir)) {
+        const std::string name = pEnt->d_name;
+        if (name != "." && name != "..")
+            vecNames.push_back(name);
+    }
+    ::closedir(pDir);
+    for (const std::string &name : vecNames) {
+        if (::unlinkat(nDirFd, name.c_str(), 0) == 0)
+            continue;
+        const int nSub = ::openat(nDirFd, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        if (nSub >= 0) {
+            clearDir(nSub);
+            ::close(nSub);
+        }
+        ::unlinkat(nDirFd, name.c_str(), AT_REMOVEDIR);
+    }
+}
+
+class Tree
+{
+public:
+    struct Entry
+    {
+        char cKind;
+        std::string strPath; // absolute, as in the input
+        std::string strValue;
+    };
+
+    // Makes the sandbox once per process, below $TMPDIR, else in memory
+    // (/dev/shm) when the machine has it, else below /tmp.
+    Tree()
+    {
+        const char *pTmp = std::getenv("TMPDIR");
+        const char *pBase = pTmp && *pTmp ? pTmp : ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp";
+        std::string strBase = std::string(pBase) + "/vxfuzz-XXXXXX";
+        std::vector<char> buf(strBase.begin(), strBase.end());
+        buf.push_back('\0');
+        if (!::mkdtemp(buf.data()))
+            std::abort();
+        m_strSandbox = buf.data();
+        std::string strPath = m_strSandbox;
+        for (int i = 0; i < 40 * kMaxUp + 16; ++i) {
+            strPath += "/d";
+            ::mkdir(strPath.c_str(), 0755);
+        }
+        m_strRoot = strPath + "/r";
+        if (::mkdir(m_strRoot.c_str(), 0755) != 0)
+            std::abort();
+        m_nRootFd = ::open(m_strRoot.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (m_nRootFd < 0)
+            std::abort();
+    }
+    ~Tree()
+    {
+        clear();
+        ::close(m_nRootFd);
+        const int nFd = ::open(m_strSandbox.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (nFd >= 0) {
+            clearDir(nFd);
+            ::close(nFd);
+        }
+        ::rmdir(m_strSandbox.c_str());
+    }
+    Tree(const Tree &) = delete;
+    Tree &operator=(const Tree &) = delete;
+
+    const std::string &root() const { return m_strRoot; }
+    const std::vector<Entry> &entries() const { return m_vecEntries; }
+    const std::vector<std::string> &lines() const { return m_vecLines; }
+    // The entry last made at exactly this absolute path ("/a/b"), or null.
+    const Entry *find(const std::string &strPath) const
+    {
+        if (strPath.empty() || strPath[0] != '/' || strPath.back() == '/')
+            return nullptr;
+        for (auto it = m_vecEntries.rbegin(); it != m_vecEntries.rend(); ++it)
+            if (it->strPath == strPath)
+                return &*it;
+        return nullptr;
+    }
+
+    // Empties the tree and makes the one the input describes.
+    void build(const std::string &strInput)
+    {
+        clear();
+        size_t at = 0;
+        while (at < strInput.size()) {
+            size_t end = strInput.find('\n', at);
+            if (end == std::string::npos)
+                end = strInput.size();
+            addLine(strInput.substr(at, end - at));
+            at = end + 1;
+        }
+    }
+
+    // Removes the tree and closes the FIFOs' writing ends.
+    void clear()
+    {
+        for (const int nFd : m_vecFifoFds)
+            ::close(nFd);
+        m_vecFifoFds.clear();
+        clearDir(m_nRootFd);
+        m_vecEntries.clear();
+        m_vecLines.clear();
+    }
+
+private:
+    void addLine(const std::string &strLine)
+    {
+        if (strLine.size() < 3 || strLine[1] != ' ' || std::string("dfpl").find(strLine[0]) == std::string::npos) {
+            m_vecLines.push_back(strLine);
+            return;
+        }
+        if (m_vecEntries.size() >= kMaxEntries)
+            return;
+        const char cKind = strLine[0];
+        const size_t space = cKind == 'd' ? std::string::npos : strLine.find(' ', 2);
+        Entry e{cKind, strLine.substr(2, space == std::string::npos ? std::string::npos : space - 2),
+                space == std::string::npos ? std::string() : unescape(strLine.substr(space + 1))};
+        std::vector<std::string> vecParts;
+        if (!split(e.strPath, vecParts))
+            return;
+        // The parent folders, made as needed, never through a link.
+        int nDirFd = ::dup(m_nRootFd);
+        const size_t nFolders = cKind == 'd' ? vecParts.size() : vecParts.size() - 1;
+        for (size_t i = 0; i < nFolders && nDirFd >= 0; ++i) {
+            ::mkdirat(nDirFd, vecParts[i].c_str(), 0755);
+            const int nNext = ::openat(nDirFd, vecParts[i].c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+            ::close(nDirFd);
+            nDirFd = nNext;
+        }
+        if (nDirFd < 0)
+            return;
+        const char *pName = vecParts.back().c_str();
+        bool bMade = cKind == 'd';
+        if (cKind == 'f') {
+            const int nFd = ::openat(nDirFd, pName, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644);
+            bMade = nFd >= 0 && writeAll(nFd, e.strValue);
+            if (nFd >= 0)
+                ::close(nFd);
+        } else if (cKind == 'p') {
+            if (e.strValue.size() > kMaxFifoBytes)
+                e.strValue.resize(kMaxFifoBytes);
+            if (::mkfifoat(nDirFd, pName, 0644) == 0) {
+                // Opened for reading and writing so the open does not wait for a reader.
+                const int nFd = ::openat(nDirFd, pName, O_RDWR | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+                bMade = nFd >= 0 && writeAll(nFd, e.strValue);
+                if (nFd >= 0)
+                    m_vecFifoFds.push_back(nFd);
+            }
+        } else if (cKind == 'l') {
+            e.strValue = linkTarget(e.strValue, vecParts.size() - 1);
+            bMade = !e.strValue.empty() && ::symlinkat(e.strValue.c_str(), nDirFd, pName) == 0;
+        }
+        ::close(nDirFd);
+        if (bMade)
+            m_vecEntries.push_back(e);
+    }
+
+    static bool writeAll(int nFd, const std::string &strData)
+    {
+        size_t done = 0;
+        while (done < strData.size()) {
+            const ssize_t n = ::write(nFd, strData.data() + done, strData.size() - done);
+            if (n <= 0)
+                return false;
+            done += size_t(n);
+        }
+        return true;
+    }
+
+    // The target as written, with at most kMaxUp ".." and an absolute one
+    // made relative to the root; "" when it cannot be kept.
+    static std::string linkTarget(const std::string &strTarget, size_t nDepth)
+    {
+        if (strTarget.empty() || strTarget.size() > 1024 || strTarget.find('\0') != std::string::npos)
+            return std::string();
+        int nUp = 0;
+        for (size_t at = 0; at <= strTarget.size();) {
+            size_t next = strTarget.find('/', at);
+            if (next == std::string::npos)
+                next = strTarget.size();
+            if (strTarget.compare(at, next - at, "..") == 0 && next - at == 2)
+                ++nUp;
+            at = next + 1;
+        }
+        if (nUp > kMaxUp)
+            return std::string();
+        if (strTarget[0] != '/')
+            return strTarget;
+        std::string strOut = nDepth ? std::string() : std::string(".");
+        for (size_t i = 0; i < nDepth; ++i)
+            strOut += i ? "/.." : "..";
+        return strOut + strTarget;
+    }
+
+    std::string m_strSandbox;
+    std::string m_strRoot;
+    int m_nRootFd = -1;
+    std::vector<int> m_vecFifoFds;
+    std::vector<Entry> m_vecEntries;
+    std::vector<std::string> m_vecLines;
+};
+
+} // namespace FuzzTree
