@@ -24,6 +24,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -56,7 +57,7 @@ inline std::string unescape(const std::string &s)
 }
 
 // The components of a relative or absolute path; false for "..", ".", empty
-// components in the middle, or too many of them.
+// components in the middle, a NUL byte, or too many components.
 inline bool split(const std::string &strPath, std::vector<std::string> &vecOut)
 {
     vecOut.clear();
@@ -66,7 +67,7 @@ inline bool split(const std::string &strPath, std::vector<std::string> &vecOut)
         if (next == std::string::npos)
             next = strPath.size();
         const std::string part = strPath.substr(at, next - at);
-        if (part.empty() || part == "." || part == ".." || part.size() > 200)
+        if (part.empty() || part == "." || part == ".." || part.size() > 200 || part.find('\0') != std::string::npos)
             return false;
         vecOut.push_back(part);
         at = next + 1;
@@ -112,6 +113,7 @@ public:
         char cKind;
         std::string strPath; // absolute, as in the input
         std::string strValue;
+        int nFifoFd = -1; // a FIFO's writing end, open until clear()
     };
 
     // Makes the sandbox once per process, below $TMPDIR, else in memory
@@ -178,6 +180,9 @@ public:
             addLine(strInput.substr(at, end - at));
             at = end + 1;
         }
+        for (const auto &folder : m_mapFolderFds)
+            ::close(folder.second);
+        m_mapFolderFds.clear();
     }
 
     // Removes the tree and closes the FIFOs' writing ends.
@@ -208,21 +213,31 @@ private:
         if (!split(e.strPath, vecParts))
             return;
         // The parent folders, made as needed, never through a link.
-        int nDirFd = ::dup(m_nRootFd);
+        int nDirFd = m_nRootFd;
+        std::string strFolder;
         const size_t nFolders = cKind == 'd' ? vecParts.size() : vecParts.size() - 1;
         for (size_t i = 0; i < nFolders && nDirFd >= 0; ++i) {
+            strFolder += "/" + vecParts[i];
+            const auto it = m_mapFolderFds.find(strFolder);
+            if (it != m_mapFolderFds.end()) {
+                nDirFd = it->second;
+                continue;
+            }
             ::mkdirat(nDirFd, vecParts[i].c_str(), 0755);
-            const int nNext = ::openat(nDirFd, vecParts[i].c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-            ::close(nDirFd);
-            nDirFd = nNext;
+            nDirFd = ::openat(nDirFd, vecParts[i].c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+            if (nDirFd >= 0)
+                m_mapFolderFds.emplace(strFolder, nDirFd);
         }
         if (nDirFd < 0)
             return;
         const char *pName = vecParts.back().c_str();
         bool bMade = cKind == 'd';
         if (cKind == 'f') {
-            const int nFd = ::openat(nDirFd, pName, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644);
-            bMade = nFd >= 0 && writeAll(nFd, e.strValue);
+            // Non-blocking, and only over a regular file: the name may be a FIFO already.
+            const int nFd = ::openat(nDirFd, pName, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0644);
+            struct stat st;
+            bMade = nFd >= 0 && ::fstat(nFd, &st) == 0 && S_ISREG(st.st_mode) && ::ftruncate(nFd, 0) == 0
+                    && writeAll(nFd, e.strValue);
             if (nFd >= 0)
                 ::close(nFd);
         } else if (cKind == 'p') {
@@ -234,12 +249,12 @@ private:
                 bMade = nFd >= 0 && writeAll(nFd, e.strValue);
                 if (nFd >= 0)
                     m_vecFifoFds.push_back(nFd);
+                e.nFifoFd = nFd;
             }
         } else if (cKind == 'l') {
             e.strValue = linkTarget(e.strValue, vecParts.size() - 1);
             bMade = !e.strValue.empty() && ::symlinkat(e.strValue.c_str(), nDirFd, pName) == 0;
         }
-        ::close(nDirFd);
         if (bMade)
             m_vecEntries.push_back(e);
     }
@@ -285,6 +300,7 @@ private:
     std::string m_strRoot;
     int m_nRootFd = -1;
     std::vector<int> m_vecFifoFds;
+    std::map<std::string, int> m_mapFolderFds; // folders open while building
     std::vector<Entry> m_vecEntries;
     std::vector<std::string> m_vecLines;
 };
