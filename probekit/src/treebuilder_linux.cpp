@@ -221,6 +221,9 @@ void SysfsTreeBuilder::build(UsbRootItem *pRoot)
         const size_t slash = strReal.rfind('/');
         if (strReal.compare(0, 13, "/sys/devices/") != 0 || slash == std::string::npos || slash <= 13)
             continue;
+        // A link that leads to no root hub (gone during the walk) adds no controller.
+        if (!m_fs.isDir(strReal, false))
+            continue;
         const std::string strParent = strReal.substr(0, slash);
         if (std::find(vecPciReal.begin(), vecPciReal.end(), strParent) != vecPciReal.end())
             continue;

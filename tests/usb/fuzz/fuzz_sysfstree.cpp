@@ -4,8 +4,10 @@
 // to controllers which are not PCI devices (platform, virtual), the port
 // entries of hubs, and each controller's `driver` link read by the program's
 // driver facts. Then the report text of the tree. Besides crashes it checks
-// that every controller's path is a clean absolute path and its key holds no
-// "..", since the program joins the key to the system root.
+// that every controller's path is a clean absolute path of a folder that is
+// there, that its key names it (the PCI address, else the path below
+// /sys/devices; never with "..", since the program joins the key to the
+// system root), and that a controller found through its root hubs has one.
 #include "arena.h"
 #include "cusblinesink.h"
 #include "cusbtreedecoder.h"
@@ -17,6 +19,8 @@
 #include <QCoreApplication>
 #include <QString>
 #include <QStringList>
+
+#include <sys/stat.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -54,6 +58,14 @@ bool isCleanPath(const QString &strPath)
     return true;
 }
 
+unsigned countItems(const UsbListNode *pList)
+{
+    unsigned n = 0;
+    for (; pList; pList = pList->pNext)
+        n += 1 + countItems(pList->pItem->pChildren);
+    return n;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
@@ -68,6 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
         probekit::RealFsSource fs(tree.root());
         probekit::buildSysfsTree(fs, &root, arena);
     }
+    const unsigned nItems = countItems(root.pChildren);
     for (const UsbListNode *pNode = root.pChildren; pNode; pNode = pNode->pNext) {
         const auto *pInfo = static_cast<const UsbControllerInfo *>(pNode->pItem->pInfo);
         check(pInfo && pInfo->Kind == UsbNodeController);
@@ -75,6 +88,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
         const QString strKey = CUsbTreeDecoder::wideText(pInfo->pDriverKey);
         check(isCleanPath(strPath) && strPath.startsWith(QLatin1String("/sys/")));
         check(!strKey.isEmpty() && !strKey.split(QLatin1Char('/')).contains(QLatin1String("..")));
+        // The key names the device: a PCI address, else the path below /sys/devices.
+        if (strPath.startsWith(QLatin1String("/sys/bus/pci/devices/")))
+            check(!strKey.contains(QLatin1Char('/')) && strPath == QLatin1String("/sys/bus/pci/devices/") + strKey);
+        else
+            check(strPath == QLatin1String("/sys/devices/") + strKey
+                  && (pNode->pItem->pChildren || nItems >= probekit::kMaxNodes)); // found through a root hub
+        // The controller's folder is there.
+        struct stat st;
+        check(::stat((tree.root() + strPath.toStdString()).c_str(), &st) == 0 && S_ISDIR(st.st_mode));
         const VxUsbProbe::CControllerDriverFacts facts = VxUsbProbe::readControllerDriver(*pInfo);
         if (std::getenv("VX_FUZZ_PRINT")) // what an input means, for whoever reads the corpus
             std::printf("controller %s key %s driver %s\n", qPrintable(strPath), qPrintable(strKey),
