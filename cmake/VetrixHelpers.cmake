@@ -33,5 +33,7 @@ function(vx_add_fuzz_target)
     else()
         target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests/fuzz_replay_main.cpp)
         add_test(NAME ${target}_replay COMMAND ${target} ${F_CORPUS})
+        # A hang is a finding too: fail long before CTest's default of 25 minutes.
+        set_tests_properties(${target}_replay PROPERTIES TIMEOUT 600)
     endif()
 endfunction()

@@ -111,7 +111,7 @@ public:
     struct Entry
     {
         char cKind;
-        std::string strPath; // absolute, as in the input
+        std::string strPath; // absolute ("/a/b"), whether or not the input had the '/'
         std::string strValue;
         int nFifoFd = -1; // a FIFO's writing end, open until clear()
     };
@@ -212,6 +212,9 @@ private:
         std::vector<std::string> vecParts;
         if (!split(e.strPath, vecParts))
             return;
+        e.strPath.clear(); // "a/b" and "/a/b" name the same entry
+        for (const std::string &part : vecParts)
+            e.strPath += "/" + part;
         // The parent folders, made as needed, never through a link.
         int nDirFd = m_nRootFd;
         std::string strFolder;
