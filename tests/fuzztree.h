@@ -11,10 +11,11 @@
 // to the target (FuzzTree::lines()). Entries are made with *at() calls that
 // never follow a link, so nothing is written outside the tree. Reads may
 // follow links out of it: the tree's root lies at the bottom of a chain of
-// empty folders deeper than any chain of links can climb (link targets keep
-// at most kMaxUp ".." and the kernel follows at most 40 links per path),
-// and an absolute target is made relative to the root, as sysfs itself
-// would resolve it. The sandbox is removed when the process ends normally.
+// kChainDepth empty folders, link targets keep at most kMaxUp "..", and an
+// absolute target is made relative to the root, as sysfs itself would
+// resolve it. Only links chained on purpose (a link into a shallow folder,
+// then ".." through it, many times) climb above the chain, and then only to
+// read. The chain is not deeper because every path walk pays for it. The sandbox is removed when the process ends normally.
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -31,6 +32,7 @@
 namespace FuzzTree {
 
 constexpr int kMaxUp = 8;
+constexpr int kChainDepth = 6 * kMaxUp;
 constexpr size_t kMaxEntries = 512;
 constexpr size_t kMaxDepth = 24;
 constexpr size_t kMaxFifoBytes = 32768; // below a pipe's capacity: writing never blocks
@@ -129,7 +131,7 @@ public:
             std::abort();
         m_strSandbox = buf.data();
         std::string strPath = m_strSandbox;
-        for (int i = 0; i < 40 * kMaxUp + 16; ++i) {
+        for (int i = 0; i < kChainDepth; ++i) {
             strPath += "/d";
             ::mkdir(strPath.c_str(), 0755);
         }
