@@ -11,11 +11,12 @@
 // to the target (FuzzTree::lines()). Entries are made with *at() calls that
 // never follow a link, so nothing is written outside the tree. Reads may
 // follow links out of it: the tree's root lies at the bottom of a chain of
-// kChainDepth empty folders, link targets keep at most kMaxUp "..", and an
-// absolute target is made relative to the root, as sysfs itself would
-// resolve it. Only links chained on purpose (a link into a shallow folder,
-// then ".." through it, many times) climb above the chain, and then only to
-// read. The chain is not deeper because every path walk pays for it. The sandbox is removed when the process ends normally.
+// kChainDepth empty folders; a link target may start with at most kMaxUp
+// ".." (an absolute one is made relative to the root first, as sysfs itself
+// would resolve it), and a ".." after a name must undo a real folder, so no
+// chain of links climbs more than kMaxUp above the root. Readers that climb
+// with ".." of their own must keep below kChainDepth - kMaxUp. The chain is
+// not deeper because every path walk pays for it. The sandbox is removed when the process ends normally.
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -257,7 +258,7 @@ private:
                 e.nFifoFd = nFd;
             }
         } else if (cKind == 'l') {
-            e.strValue = linkTarget(e.strValue, vecParts.size() - 1);
+            e.strValue = linkTarget(e.strValue, vecParts.size() - 1, nDirFd);
             bMade = !e.strValue.empty() && ::symlinkat(e.strValue.c_str(), nDirFd, pName) == 0;
         }
         if (bMade)
@@ -276,29 +277,50 @@ private:
         return true;
     }
 
-    // The target as written, with at most kMaxUp ".." and an absolute one
-    // made relative to the root; "" when it cannot be kept.
-    static std::string linkTarget(const std::string &strTarget, size_t nDepth)
+    // The target as written, an absolute one made relative to the root; ""
+    // when it cannot be kept. Up to kMaxUp ".." may lead (sysfs links start
+    // so); a ".." after a name must undo that name, a real folder by then,
+    // so no link climbs further than its leading ".." from where it lies.
+    static std::string linkTarget(const std::string &strTarget, size_t nDepth, int nParentFd)
     {
         if (strTarget.empty() || strTarget.size() > 1024 || strTarget.find('\0') != std::string::npos)
             return std::string();
-        int nUp = 0;
-        for (size_t at = 0; at <= strTarget.size();) {
-            size_t next = strTarget.find('/', at);
-            if (next == std::string::npos)
-                next = strTarget.size();
-            if (strTarget.compare(at, next - at, "..") == 0 && next - at == 2)
-                ++nUp;
-            at = next + 1;
+        std::string strOut = strTarget;
+        size_t nAllowed = kMaxUp;
+        if (strTarget[0] == '/') {
+            strOut = nDepth ? std::string() : std::string(".");
+            for (size_t i = 0; i < nDepth; ++i)
+                strOut += i ? "/.." : "..";
+            strOut += strTarget;
+            nAllowed += nDepth;
         }
-        if (nUp > kMaxUp)
-            return std::string();
-        if (strTarget[0] != '/')
-            return strTarget;
-        std::string strOut = nDepth ? std::string() : std::string(".");
-        for (size_t i = 0; i < nDepth; ++i)
-            strOut += i ? "/.." : "..";
-        return strOut + strTarget;
+        std::vector<std::string> vecPath; // leading ".." then names
+        size_t nLeading = 0;
+        for (size_t at = 0; at <= strOut.size();) {
+            size_t next = strOut.find('/', at);
+            if (next == std::string::npos)
+                next = strOut.size();
+            const std::string part = strOut.substr(at, next - at);
+            at = next + 1;
+            if (part.empty() || part == ".")
+                continue;
+            if (part != "..") {
+                vecPath.push_back(part);
+            } else if (vecPath.size() == nLeading) {
+                if (++nLeading > nAllowed)
+                    return std::string();
+                vecPath.push_back(part);
+            } else {
+                std::string strPrefix;
+                for (const std::string &p : vecPath)
+                    strPrefix += (strPrefix.empty() ? "" : "/") + p;
+                struct stat st;
+                if (::fstatat(nParentFd, strPrefix.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISDIR(st.st_mode))
+                    return std::string();
+                vecPath.pop_back();
+            }
+        }
+        return strOut;
     }
 
     std::string m_strSandbox;

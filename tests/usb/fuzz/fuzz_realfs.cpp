@@ -48,6 +48,14 @@ std::vector<std::string> words(const std::string &strLine)
     return vecOut;
 }
 
+int countUps(const std::string &strPath)
+{
+    int nUps = 0;
+    for (size_t at = strPath.find(".."); at != std::string::npos; at = strPath.find("..", at + 2))
+        ++nUps;
+    return nUps;
+}
+
 size_t limit(const std::string &strText)
 {
     return size_t(std::strtoul(strText.c_str(), nullptr, 10) % 70000);
@@ -74,8 +82,9 @@ void runLine(probekit::RealFsSource &fs, const std::string &strRoot, const FuzzT
              const std::vector<std::string> &w)
 {
     // A NUL byte would end the path early: the kernel never sees such paths.
+    // Paths climb at most kMaxUp above the root (fuzztree.h).
     for (const std::string &word : w)
-        if (word.find('\0') != std::string::npos)
+        if (word.find('\0') != std::string::npos || countUps(word) > FuzzTree::kMaxUp)
             return;
     if (w.size() >= 3 && w[0] == "r") {
         std::string strOut = "stale";
