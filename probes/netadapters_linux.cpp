@@ -82,10 +82,12 @@ int linkMessage(const nlmsghdr *pHeader, void *pData)
     return MNL_CB_OK;
 }
 
+// A sysfs attribute is a regular file; anything else planted in a system
+// image (a FIFO, a device node) could block the read and is not read.
 QString readLine(const QString &strPath)
 {
     QFile file(strPath);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!QFileInfo(strPath).isFile() || !file.open(QIODevice::ReadOnly))
         return QString();
     return QString::fromLatin1(file.read(64)).trimmed();
 }

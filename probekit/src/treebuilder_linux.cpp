@@ -221,7 +221,11 @@ void SysfsTreeBuilder::build(UsbRootItem *pRoot)
         const size_t slash = strReal.rfind('/');
         if (strReal.compare(0, 13, "/sys/devices/") != 0 || slash == std::string::npos || slash <= 13)
             continue;
+        // A link that leads to no root hub of that name (gone during the walk)
+        // adds no controller.
         const std::string strParent = strReal.substr(0, slash);
+        if (strReal.compare(slash + 1, std::string::npos, strName) != 0 || !m_fs.isDir(strReal, false))
+            continue;
         if (std::find(vecPciReal.begin(), vecPciReal.end(), strParent) != vecPciReal.end())
             continue;
         auto it = std::find_if(vecOthers.begin(), vecOthers.end(), [&](const Controller &c) { return c.strDir == strParent; });

@@ -16,10 +16,11 @@ namespace VxUsbProbe {
 
 namespace {
 
+// Only regular files: a FIFO planted in a system image would block the read.
 QString readTrimmed(const QString &strPath)
 {
     QFile file(strPath);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!QFileInfo(strPath).isFile() || !file.open(QIODevice::ReadOnly))
         return QString();
     return QString::fromUtf8(file.read(4096)).trimmed();
 }

@@ -1,0 +1,115 @@
+// Fuzz target: the USB tree built from a sysfs tree on disk (fuzztree.h) by
+// the real reader, so the kernel resolves the links: the PCI device links of
+// /sys/bus/pci/devices, the root hub links of /sys/bus/usb/devices that lead
+// to controllers which are not PCI devices (platform, virtual), the port
+// entries of hubs, and each controller's `driver` link read by the program's
+// driver facts. Then the report text of the tree. Besides crashes it checks
+// that every controller's path is a clean absolute path of a folder that is
+// there, that its key names it (the PCI address, else the path below
+// /sys/devices; never with "..", since the program joins the key to the
+// system root), and that a controller found through its root hubs has one.
+#include "arena.h"
+#include "cusblinesink.h"
+#include "cusbtreedecoder.h"
+#include "fssource.h"
+#include "fuzztree.h"
+#include "treebuilder.h"
+#include "usbprobe.h"
+
+#include <QCoreApplication>
+#include <QString>
+#include <QStringList>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+void check(bool bOk)
+{
+    if (!bOk)
+        std::abort();
+}
+
+FuzzTree::Tree &sandbox()
+{
+    static int nArgc = 1;
+    static char szName[] = "fuzz_sysfstree";
+    static char *argv[] = {szName, nullptr};
+    static QCoreApplication app(nArgc, argv);
+    static FuzzTree::Tree tree;
+    qputenv("VETRIX_SYSROOT", tree.root().c_str());
+    return tree;
+}
+
+bool isCleanPath(const QString &strPath)
+{
+    if (!strPath.startsWith(QLatin1Char('/')) || strPath.endsWith(QLatin1Char('/')))
+        return false;
+    const QStringList listParts = strPath.mid(1).split(QLatin1Char('/'));
+    for (const QString &part : listParts)
+        if (part.isEmpty() || part == QLatin1String(".") || part == QLatin1String(".."))
+            return false;
+    return true;
+}
+
+unsigned countItems(const UsbListNode *pList)
+{
+    unsigned n = 0;
+    for (; pList; pList = pList->pNext)
+        n += 1 + countItems(pList->pItem->pChildren);
+    return n;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
+{
+    if (nSize > 200000)
+        return 0;
+    FuzzTree::Tree &tree = sandbox();
+    tree.build(std::string(reinterpret_cast<const char *>(pData), nSize));
+    UsbRootItem root{};
+    probekit::Arena arena;
+    {
+        probekit::RealFsSource fs(tree.root());
+        probekit::buildSysfsTree(fs, &root, arena);
+    }
+    const unsigned nItems = countItems(root.pChildren);
+    for (const UsbListNode *pNode = root.pChildren; pNode; pNode = pNode->pNext) {
+        const auto *pInfo = static_cast<const UsbControllerInfo *>(pNode->pItem->pInfo);
+        check(pInfo && pInfo->Kind == UsbNodeController);
+        const QString strPath = CUsbTreeDecoder::wideText(pInfo->pDevicePath);
+        const QString strKey = CUsbTreeDecoder::wideText(pInfo->pDriverKey);
+        check(isCleanPath(strPath) && strPath.startsWith(QLatin1String("/sys/")));
+        check(!strKey.isEmpty() && !strKey.split(QLatin1Char('/')).contains(QLatin1String("..")));
+        // The key names the device: a PCI address, else the path below /sys/devices.
+        if (strPath.startsWith(QLatin1String("/sys/bus/pci/devices/")))
+            check(!strKey.contains(QLatin1Char('/')) && strPath == QLatin1String("/sys/bus/pci/devices/") + strKey);
+        else
+            check(strPath == QLatin1String("/sys/devices/") + strKey
+                  && (pNode->pItem->pChildren || nItems >= probekit::kMaxNodes)); // found through a root hub
+        // The controller's folder is there (names that are not ASCII do not
+        // come back to the same bytes from the tree's UTF-16 texts).
+        struct stat st;
+        const bool bAscii = std::all_of(strPath.cbegin(), strPath.cend(), [](QChar c) { return c.unicode() < 0x80; });
+        if (bAscii)
+            check(::stat((tree.root() + strPath.toStdString()).c_str(), &st) == 0 && S_ISDIR(st.st_mode));
+        const VxUsbProbe::CControllerDriverFacts facts = VxUsbProbe::readControllerDriver(*pInfo);
+        if (std::getenv("VX_FUZZ_PRINT")) // what an input means, for whoever reads the corpus
+            std::printf("controller %s key %s driver %s\n", qPrintable(strPath), qPrintable(strKey),
+                        qPrintable(facts.strDriverDesc));
+    }
+    CUsbTextSink sink;
+    CUsbTreeDecoder(sink).printTree(&root);
+    if (std::getenv("VX_FUZZ_PRINT"))
+        std::printf("%s\n", qPrintable(sink.listLines.join(QLatin1Char('\n'))));
+    tree.clear();
+    return 0;
+}
