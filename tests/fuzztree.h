@@ -38,6 +38,13 @@ constexpr size_t kMaxEntries = 512;
 constexpr size_t kMaxDepth = 24;
 constexpr size_t kMaxFifoBytes = 32768; // below a pipe's capacity: writing never blocks
 
+// A broken property is a finding: abort so libFuzzer keeps the input.
+inline void check(bool bOk)
+{
+    if (!bOk)
+        std::abort();
+}
+
 inline std::string unescape(const std::string &s)
 {
     std::string out;

@@ -4,7 +4,7 @@
 // the device behind it and its line rate. The names to look at are the lines
 // "n NAME". Besides crashes it checks that the device is a plain name and the
 // rate a positive number or -1 (unknown).
-#include "fuzztree.h"
+#include "fuzzsandbox.h"
 #include "netadapters.h"
 
 #include <QCoreApplication>
@@ -15,32 +15,11 @@
 #include <cstdlib>
 #include <string>
 
-namespace {
-
-void check(bool bOk)
-{
-    if (!bOk)
-        std::abort();
-}
-
-FuzzTree::Tree &sandbox()
-{
-    static int nArgc = 1;
-    static char szName[] = "fuzz_netlinks";
-    static char *argv[] = {szName, nullptr};
-    static QCoreApplication app(nArgc, argv);
-    static FuzzTree::Tree tree;
-    qputenv("VETRIX_SYSROOT", tree.root().c_str());
-    return tree;
-}
-
-} // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
 {
     if (nSize > 100000)
         return 0;
-    FuzzTree::Tree &tree = sandbox();
+    FuzzTree::Tree &tree = FuzzTree::sandbox("fuzz_netlinks");
     tree.build(std::string(reinterpret_cast<const char *>(pData), nSize));
     int nNames = 0;
     for (const std::string &strLine : tree.lines()) {
@@ -49,9 +28,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
         const QString strName = QString::fromUtf8(FuzzTree::unescape(strLine.substr(2)).c_str());
         NetAdapters::isPhysical(strName);
         const QString strDevice = NetAdapters::deviceOf(strName);
-        check(!strDevice.contains(QLatin1Char('/')));
+        FuzzTree::check(!strDevice.contains(QLatin1Char('/')));
         const int nSpeed = NetAdapters::speedMbps(strName);
-        check(nSpeed == -1 || nSpeed > 0);
+        FuzzTree::check(nSpeed == -1 || nSpeed > 0);
     }
     tree.clear();
     return 0;

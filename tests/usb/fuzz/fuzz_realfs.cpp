@@ -28,12 +28,6 @@
 
 namespace {
 
-void check(bool bOk)
-{
-    if (!bOk)
-        std::abort();
-}
-
 std::vector<std::string> words(const std::string &strLine)
 {
     std::vector<std::string> vecOut;
@@ -79,7 +73,7 @@ bool isFifoOrMissing(const std::string &strFull)
 }
 
 void runLine(probekit::RealFsSource &fs, const std::string &strRoot, const FuzzTree::Tree &tree,
-             const std::vector<std::string> &w)
+    const std::vector<std::string> &w)
 {
     // A NUL byte would end the path early: the kernel never sees such paths.
     // Paths climb at most kMaxUp above the root (fuzztree.h).
@@ -95,40 +89,40 @@ void runLine(probekit::RealFsSource &fs, const std::string &strRoot, const FuzzT
         if (pEntry && pEntry->cKind == 'p' && ::ioctl(pEntry->nFifoFd, FIONREAD, &nPending) != 0)
             nPending = 0;
         const bool bOk = fs.readFile(w[1], strOut, nMax);
-        check(strOut.size() <= nMax);
+        FuzzTree::check(strOut.size() <= nMax);
         if (pEntry && pEntry->cKind == 'f') // a regular file of the tree, by its own path
-            check(bOk && strOut == pEntry->strValue.substr(0, nMax));
+            FuzzTree::check(bOk && strOut == pEntry->strValue.substr(0, nMax));
         if (nPending > 0 && nPending < 4096 && size_t(nPending) <= nMax)
-            check(bOk && strOut == pEntry->strValue.substr(pEntry->strValue.size() - size_t(nPending)));
+            FuzzTree::check(bOk && strOut == pEntry->strValue.substr(pEntry->strValue.size() - size_t(nPending)));
     } else if (w.size() >= 4 && w[0] == "i") {
         std::string strIn = "stale", strPlain = "stale";
         const size_t nMax = limit(w[3]);
         const bool bIn = fs.readFileIn(w[1], w[2].c_str(), strIn, nMax);
-        check(strIn.size() <= nMax);
+        FuzzTree::check(strIn.size() <= nMax);
         const std::string strJoined = w[1] + "/" + w[2];
         if (!w[2].empty() && w[2][0] != '/' && !isFifoOrMissing(strRoot + strJoined)) {
             const bool bPlain = fs.readFile(strJoined, strPlain, nMax);
-            check(bIn == bPlain && strIn == strPlain);
+            FuzzTree::check(bIn == bPlain && strIn == strPlain);
         }
     } else if (w.size() >= 2 && w[0] == "s") {
         if (fs.isDir(w[1], false))
-            check(fs.isDir(w[1], true));
+            FuzzTree::check(fs.isDir(w[1], true));
     } else if (w.size() >= 2 && w[0] == "ls") {
-        std::vector<std::string> vecNames{"stale"};
+        std::vector<std::string> vecNames {"stale"};
         if (fs.listDir(w[1], vecNames)) {
             const std::set<std::string> setNames(vecNames.begin(), vecNames.end());
-            check(setNames.size() == vecNames.size());
+            FuzzTree::check(setNames.size() == vecNames.size());
             for (const std::string &name : vecNames)
-                check(!name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos);
+                FuzzTree::check(!name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos);
         }
     } else if (w.size() >= 2 && w[0] == "k") {
         std::string strTarget;
         const bool bOk = fs.readLink(w[1], strTarget);
         if (bOk)
-            check(!strTarget.empty() && strTarget.find('\0') == std::string::npos);
+            FuzzTree::check(!strTarget.empty() && strTarget.find('\0') == std::string::npos);
         if (const FuzzTree::Tree::Entry *pEntry = tree.find(w[1]))
             if (pEntry->cKind == 'l')
-                check(bOk && strTarget == pEntry->strValue);
+                FuzzTree::check(bOk && strTarget == pEntry->strValue);
     }
 }
 
@@ -153,6 +147,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
                 runLine(fs, tree.root(), tree, words(strLine));
     }
     tree.clear();
-    check(lowestFreeFd() == nFreeFd);
+    FuzzTree::check(lowestFreeFd() == nFreeFd);
     return 0;
 }

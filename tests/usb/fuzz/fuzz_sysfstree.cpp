@@ -12,7 +12,7 @@
 #include "cusblinesink.h"
 #include "cusbtreedecoder.h"
 #include "fssource.h"
-#include "fuzztree.h"
+#include "fuzzsandbox.h"
 #include "treebuilder.h"
 #include "usbprobe.h"
 
@@ -30,23 +30,6 @@
 #include <string>
 
 namespace {
-
-void check(bool bOk)
-{
-    if (!bOk)
-        std::abort();
-}
-
-FuzzTree::Tree &sandbox()
-{
-    static int nArgc = 1;
-    static char szName[] = "fuzz_sysfstree";
-    static char *argv[] = {szName, nullptr};
-    static QCoreApplication app(nArgc, argv);
-    static FuzzTree::Tree tree;
-    qputenv("VETRIX_SYSROOT", tree.root().c_str());
-    return tree;
-}
 
 bool isCleanPath(const QString &strPath)
 {
@@ -73,9 +56,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
 {
     if (nSize > 200000)
         return 0;
-    FuzzTree::Tree &tree = sandbox();
+    FuzzTree::Tree &tree = FuzzTree::sandbox("fuzz_sysfstree");
     tree.build(std::string(reinterpret_cast<const char *>(pData), nSize));
-    UsbRootItem root{};
+    UsbRootItem root {};
     probekit::Arena arena;
     {
         probekit::RealFsSource fs(tree.root());
@@ -84,27 +67,28 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
     const unsigned nItems = countItems(root.pChildren);
     for (const UsbListNode *pNode = root.pChildren; pNode; pNode = pNode->pNext) {
         const auto *pInfo = static_cast<const UsbControllerInfo *>(pNode->pItem->pInfo);
-        check(pInfo && pInfo->Kind == UsbNodeController);
+        FuzzTree::check(pInfo && pInfo->Kind == UsbNodeController);
         const QString strPath = CUsbTreeDecoder::wideText(pInfo->pDevicePath);
         const QString strKey = CUsbTreeDecoder::wideText(pInfo->pDriverKey);
-        check(isCleanPath(strPath) && strPath.startsWith(QLatin1String("/sys/")));
-        check(!strKey.isEmpty() && !strKey.split(QLatin1Char('/')).contains(QLatin1String("..")));
+        FuzzTree::check(isCleanPath(strPath) && strPath.startsWith(QLatin1String("/sys/")));
+        FuzzTree::check(!strKey.isEmpty() && !strKey.split(QLatin1Char('/')).contains(QLatin1String("..")));
         // The key names the device: a PCI address, else the path below /sys/devices.
         if (strPath.startsWith(QLatin1String("/sys/bus/pci/devices/")))
-            check(!strKey.contains(QLatin1Char('/')) && strPath == QLatin1String("/sys/bus/pci/devices/") + strKey);
+            FuzzTree::check(
+                !strKey.contains(QLatin1Char('/')) && strPath == QLatin1String("/sys/bus/pci/devices/") + strKey);
         else
-            check(strPath == QLatin1String("/sys/devices/") + strKey
-                  && (pNode->pItem->pChildren || nItems >= probekit::kMaxNodes)); // found through a root hub
+            FuzzTree::check(strPath == QLatin1String("/sys/devices/") + strKey
+                && (pNode->pItem->pChildren || nItems >= probekit::kMaxNodes)); // found through a root hub
         // The controller's folder is there (names that are not ASCII do not
         // come back to the same bytes from the tree's UTF-16 texts).
         struct stat st;
         const bool bAscii = std::all_of(strPath.cbegin(), strPath.cend(), [](QChar c) { return c.unicode() < 0x80; });
         if (bAscii)
-            check(::stat((tree.root() + strPath.toStdString()).c_str(), &st) == 0 && S_ISDIR(st.st_mode));
+            FuzzTree::check(::stat((tree.root() + strPath.toStdString()).c_str(), &st) == 0 && S_ISDIR(st.st_mode));
         const VxUsbProbe::CControllerDriverFacts facts = VxUsbProbe::readControllerDriver(*pInfo);
         if (std::getenv("VX_FUZZ_PRINT")) // what an input means, for whoever reads the corpus
             std::printf("controller %s key %s driver %s\n", qPrintable(strPath), qPrintable(strKey),
-                        qPrintable(facts.strDriverDesc));
+                qPrintable(facts.strDriverDesc));
     }
     CUsbTextSink sink;
     CUsbTreeDecoder(sink).printTree(&root);
