@@ -147,7 +147,7 @@ void TstWinFiles::dumpsAreCollected()
     const QString strWindows = QDir::rootPath() + QStringLiteral("Windows");
     const QString strMinidump = strWindows + QStringLiteral("/Minidump");
     const QString strCrash = LuInterface::localPath() + QStringLiteral("/CrashDumps");
-    const QString strOwn = LuInterface::appName().toLower() + QStringLiteral(".exe.") + tag() + QStringLiteral(".dmp");
+    const QString strOwn = QStringLiteral("vetrixtool.exe.") + tag() + QStringLiteral(".dmp");
     const QString strSibling = QStringLiteral("quillscope.exe.4242.dmp");
     const QString strForeign = QStringLiteral("notepad.exe.") + tag() + QStringLiteral(".dmp");
     const bool bMinidumpExisted = QFileInfo::exists(strMinidump);
