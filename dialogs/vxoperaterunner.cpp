@@ -6,6 +6,7 @@
 #include "vxoperatethread.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QPointer>
 
 VxOperateRunner::VxOperateRunner(bool bDetecting, int nItem, QWidget *pParentWidget, const QString &strText,
@@ -62,17 +63,15 @@ void VxOperateRunner::run()
     auto *pThread = new VxOperateThread(VxDialogProbes::table());
     pThread->prepareRun(bIsDetecting, uMask, 0);
     pThread->setRecords(mapHanded);
-    // The end of the thread posts an event to this thread, so the wait for
-    // more events below wakes up for it: the GUI stays alive without
-    // spinning a core while a repair waits for, say, a password prompt.
-    QObject wake;
-    bool bFinished = false;
-    QObject::connect(pThread, &QThread::finished, &wake, [&bFinished] { bFinished = true; }, Qt::QueuedConnection);
+    // A local event loop keeps the GUI alive without spinning a core while a
+    // repair waits for, say, a password prompt; the end of the thread posts
+    // its quit to this thread, so a thread that ends before the loop starts
+    // still ends it.
+    QEventLoop loop;
+    QObject::connect(pThread, &QThread::finished, &loop, &QEventLoop::quit, Qt::QueuedConnection);
     pThread->start(QThread::InheritPriority);
-    if (!pThread->isRunning() && !pThread->isFinished())
-        bFinished = true; // the system could not start a thread: nothing ran
-    while (!bFinished)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    if (pThread->isRunning() || pThread->isFinished())
+        loop.exec(); // otherwise the system could not start a thread: nothing ran
     pThread->wait();
 
     // Records the thread had to create are handed over (in a repair too, so
