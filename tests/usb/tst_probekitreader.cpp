@@ -60,6 +60,21 @@ void devices(const UsbListNode *pList, std::vector<const UsbTreeItem *> &vecOut)
     }
 }
 
+// The tree built below a test root (the arena owns it) and its connected
+// devices, depth first.
+struct BuiltTree
+{
+    probekit::Arena arena;
+    UsbRootItem root{};
+    std::vector<const UsbTreeItem *> vecDevices;
+
+    explicit BuiltTree(probekit::FsSource &fs)
+    {
+        probekit::buildSysfsTree(fs, &root, arena);
+        devices(root.pChildren, vecDevices);
+    }
+};
+
 const UsbStringDescriptorNode *stringsOf(const UsbTreeItem *pItem)
 {
     const int nKind = *static_cast<const int32_t *>(pItem->pInfo);
@@ -115,14 +130,6 @@ private slots:
     void unknownSpeedStaysUnknown();
     void hubKnownByItsPorts();
     void pciIdsReadOncePerProcess();
-
-private:
-    // Builds the tree below the root; the arena owns it.
-    void build(probekit::FsSource &fs, UsbRootItem &root, probekit::Arena &arena)
-    {
-        root = UsbRootItem{};
-        probekit::buildSysfsTree(fs, &root, arena);
-    }
 };
 
 void TestProbekitReader::languageList_data()
@@ -163,11 +170,8 @@ void TestProbekitReader::stringsInTheDevicesFirstLanguage()
     CFakeUsbfsSource fs(root.toStdString());
     fs.mapLanguages[{3, 5}] = std::string("\x06\x03\x07\x04\x09\x04", 6); // German, then English (US)
     fs.mapLanguages[{3, 6}] = std::string("\x04\x03\x04\x08", 4);         // Chinese (PRC)
-    probekit::Arena arena;
-    UsbRootItem rootItem;
-    build(fs, rootItem, arena);
-    std::vector<const UsbTreeItem *> vecDevices;
-    devices(rootItem.pChildren, vecDevices);
+    const BuiltTree tree(fs);
+    const std::vector<const UsbTreeItem *> &vecDevices = tree.vecDevices;
     QCOMPARE(int(vecDevices.size()), 2);
     const quint16 expected[] = {0x0407, 0x0804};
     for (int i = 0; i < 2; ++i) {
@@ -194,11 +198,8 @@ void TestProbekitReader::languageUnknownWithoutUsbfs()
         if (bUsbfs)
             QDir().mkpath(root + "/dev/bus/usb"); // present, but the device does not answer
         CFakeUsbfsSource fs(root.toStdString());
-        probekit::Arena arena;
-        UsbRootItem rootItem;
-        build(fs, rootItem, arena);
-        std::vector<const UsbTreeItem *> vecDevices;
-        devices(rootItem.pChildren, vecDevices);
+        const BuiltTree tree(fs);
+        const std::vector<const UsbTreeItem *> &vecDevices = tree.vecDevices;
         QCOMPARE(int(vecDevices.size()), 1);
         const UsbStringDescriptorNode *p = stringsOf(vecDevices[0]);
         QVERIFY(p);
@@ -224,11 +225,8 @@ void TestProbekitReader::firstConfigurationShown()
     const QString dev = UsbSysroot::addUsbDevice(hub, "1-1", dd + first + second, "480", 2, 0, "Two Configs");
     UsbSysroot::writeFile(dev + "/bConfigurationValue", "2\n");
     probekit::RealFsSource fs(root.toStdString());
-    probekit::Arena arena;
-    UsbRootItem rootItem;
-    build(fs, rootItem, arena);
-    std::vector<const UsbTreeItem *> vecDevices;
-    devices(rootItem.pChildren, vecDevices);
+    const BuiltTree tree(fs);
+    const std::vector<const UsbTreeItem *> &vecDevices = tree.vecDevices;
     QCOMPARE(int(vecDevices.size()), 1);
     const UsbDescriptorRequest *pConfig = configOf(vecDevices[0]);
     QVERIFY(pConfig);
@@ -266,11 +264,8 @@ void TestProbekitReader::unknownSpeedStaysUnknown()
     else
         QFile::remove(dev + "/speed");
     probekit::RealFsSource fs(root.toStdString());
-    probekit::Arena arena;
-    UsbRootItem rootItem;
-    build(fs, rootItem, arena);
-    std::vector<const UsbTreeItem *> vecDevices;
-    devices(rootItem.pChildren, vecDevices);
+    const BuiltTree tree(fs);
+    const std::vector<const UsbTreeItem *> &vecDevices = tree.vecDevices;
     QCOMPARE(int(vecDevices.size()), 1);
     QCOMPARE(int(connectionOf(vecDevices[0])->Speed), code);
     CUsbPairSink sink;
@@ -293,11 +288,8 @@ void TestProbekitReader::hubKnownByItsPorts()
     UsbSysroot::addUsbDevice(hub, "1-1.3", UsbSysroot::deviceDescriptor(0x0200, 0, 0, 0x1234, 0x0001) + configuration(1, 1),
                              "480", 3, 0, "Camera");
     probekit::RealFsSource fs(root.toStdString());
-    probekit::Arena arena;
-    UsbRootItem rootItem;
-    build(fs, rootItem, arena);
-    std::vector<const UsbTreeItem *> vecDevices;
-    devices(rootItem.pChildren, vecDevices);
+    const BuiltTree tree(fs);
+    const std::vector<const UsbTreeItem *> &vecDevices = tree.vecDevices;
     QCOMPARE(int(vecDevices.size()), 2);
     QCOMPARE(*static_cast<const int32_t *>(vecDevices[0]->pInfo), int32_t(UsbNodeExternalHub));
     const auto *pHub = static_cast<const UsbHubNodeInfo *>(vecDevices[0]->pInfo);
