@@ -289,22 +289,22 @@ void buildAdapterList()
     adapterList() = listAdapters;
 }
 
-VxRepairStatus setMtu(const QString &strName, int nMtu)
+VxRepairStatus setMtu(const QString &strName, int nMtu, const VxPrivileges &rights)
 {
     // An interface of another system root is not this machine's to change.
     if (!LuInterface::isLiveRoot())
         return VxRepairStatus::Failed;
     VxRepairStatus status;
-    if (VxPrivileged::isRoot())
+    if (rights.isRoot())
         status = setLinkMtu(strName, nMtu) ? VxRepairStatus::Done : VxRepairStatus::Failed;
     else
-        status = VxPrivileged::runHelper(QStringLiteral("set-mtu"), {strName, QString::number(nMtu)});
+        status = rights.runHelper(QStringLiteral("set-mtu"), {strName, QString::number(nMtu)});
     if (status == VxRepairStatus::Done)
         updateNetworkManagerMtu(strName, nMtu);
     return status;
 }
 
-VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable)
+VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable, const VxPrivileges &rights)
 {
     for (const CNetAdapter &adapter : adapterList()) {
         if (adapter.driverKey != strDriverKey)
@@ -312,7 +312,7 @@ VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable)
         const int nMtu = bEnable ? adapter.nMaxMtu : kStandardFrame - kEthernetHeader;
         if (nMtu <= 0 || nMtu == adapter.nMtu)
             return VxRepairStatus::Done;
-        const VxRepairStatus status = setMtu(strDriverKey, nMtu);
+        const VxRepairStatus status = setMtu(strDriverKey, nMtu, rights);
         if (status == VxRepairStatus::Done)
             qCInfo(lcVxRepair).noquote() << strDriverKey << "mtu old:" << adapter.nMtu << "new:" << nMtu;
         return status;
