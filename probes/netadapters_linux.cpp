@@ -249,9 +249,6 @@ bool isPhysical(const QString &strName)
 {
     if (physicalTest())
         return physicalTest()(strName);
-    const QStringList listExtra = qEnvironmentVariable("VETRIX_PHYSICAL_IFACES").split(QLatin1Char(','), Qt::SkipEmptyParts);
-    if (listExtra.contains(strName))
-        return true;
     return isPhysicalDevice(strName);
 }
 
