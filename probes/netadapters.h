@@ -72,9 +72,8 @@ bool linksReadable();
 void setLinkReader(std::function<QList<CLinkFacts>()> reader);
 
 // Whether an interface is a physical adapter: it has a device behind it and
-// is not a virtual one. $VETRIX_PHYSICAL_IFACES (comma-separated names) makes
-// the named interfaces count as physical too, so namespace tests can use
-// veth pairs; setPhysicalTest() replaces the test entirely.
+// is not a virtual one. setPhysicalTest() replaces the test (namespace tests
+// let their veth pairs count as physical).
 bool isPhysical(const QString &strName);
 void setPhysicalTest(std::function<bool(const QString &)> test);
 

@@ -76,7 +76,7 @@ int linkMessage(const nlmsghdr *pHeader, void *pData)
     link.nIndex = pInfo->ifi_index;
     link.nMtu = table[IFLA_MTU] ? int(mnl_attr_get_u32(table[IFLA_MTU])) : 0;
     link.nMaxMtu = table[IFLA_MAX_MTU] ? int(mnl_attr_get_u32(table[IFLA_MAX_MTU])) : 0;
-    const int nOper = table[IFLA_OPERSTATE] ? mnl_attr_get_u8(table[IFLA_OPERSTATE]) : IF_OPER_UNKNOWN;
+    const int nOper = table[IFLA_OPERSTATE] ? mnl_attr_get_u8(table[IFLA_OPERSTATE]) : int(IF_OPER_UNKNOWN);
     link.bConnected = nOper == IF_OPER_UP || (nOper == IF_OPER_UNKNOWN && (pInfo->ifi_flags & IFF_LOWER_UP));
     pLinks->append(link);
     return MNL_CB_OK;
@@ -249,9 +249,6 @@ bool isPhysical(const QString &strName)
 {
     if (physicalTest())
         return physicalTest()(strName);
-    const QStringList listExtra = qEnvironmentVariable("VETRIX_PHYSICAL_IFACES").split(QLatin1Char(','), Qt::SkipEmptyParts);
-    if (listExtra.contains(strName))
-        return true;
     return isPhysicalDevice(strName);
 }
 
