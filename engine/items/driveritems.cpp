@@ -11,31 +11,23 @@ using VxItemText::translated;
 
 QStringList gigeLines(const CDetectInfo &info)
 {
-    return {info.bNormal ? translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "GigE driver is installed."))
-                         : translated(QT_TRANSLATE_NOOP("VxOneKeyResult", " GigE driver is not installed."))};
+    return VxItemText::outcomeLine(info, QT_TRANSLATE_NOOP("VxOneKeyResult", "GigE driver is installed."),
+        QT_TRANSLATE_NOOP("VxOneKeyResult", " GigE driver is not installed."));
 }
 
 QStringList usb3Lines(const CDetectInfo &info)
 {
-    return {info.bNormal ? translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "USB driver is installed."))
-                         : translated(QT_TRANSLATE_NOOP("VxOneKeyResult", " USB driver is not installed."))};
+    return VxItemText::outcomeLine(info, QT_TRANSLATE_NOOP("VxOneKeyResult", "USB driver is installed."),
+        QT_TRANSLATE_NOOP("VxOneKeyResult", " USB driver is not installed."));
 }
 
-VxItemProbes gigeProbes(const VxPrivileges &rights)
+// A camera driver: its (paced) status check, its installer and where that is.
+template <auto Check, auto Install, auto InstallerPath> VxItemProbes driverProbes(const VxPrivileges &rights)
 {
     VxItemProbes probes;
-    probes.check = CameraDrivers::pacedGigeCheck;
-    probes.install = [rights] { return CameraDrivers::installGige(rights); };
-    probes.installerPath = CameraDrivers::gigeInstallScript;
-    return probes;
-}
-
-VxItemProbes usb3Probes(const VxPrivileges &rights)
-{
-    VxItemProbes probes;
-    probes.check = CameraDrivers::pacedUsb3Check;
-    probes.install = [rights] { return CameraDrivers::installUsb3(rights); };
-    probes.installerPath = CameraDrivers::usb3InstallScript;
+    probes.check = Check;
+    probes.install = [rights] { return Install(rights); };
+    probes.installerPath = InstallerPath;
     return probes;
 }
 
@@ -47,19 +39,17 @@ QStringList controllerDriverLines(const CDetectInfo &info)
     if (pDrv->nControllers == 0)
         return {translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "No USB host controller was found."))};
     return {translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Name     : ")) + pDrv->driverDesc,
-            translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Provider : ")) + pDrv->providerName,
-            translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Date     : ")) + pDrv->driverDate,
-            translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Version  : ")) + pDrv->driverVersion};
+        translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Provider : ")) + pDrv->providerName,
+        translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Date     : ")) + pDrv->driverDate,
+        translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Version  : ")) + pDrv->driverVersion};
 }
 
 QJsonObject controllerDriverFacts(const CDetectInfo &info)
 {
     QJsonObject object;
     if (auto *p = dynamic_cast<const CUSBControllerDriverInfo *>(&info)) {
-        object.insert(QStringLiteral("driverDesc"), p->driverDesc);
-        object.insert(QStringLiteral("providerName"), p->providerName);
-        object.insert(QStringLiteral("driverDate"), p->driverDate);
-        object.insert(QStringLiteral("driverVersion"), p->driverVersion);
+        object = VxItemFacts::strings({{"driverDesc", p->driverDesc}, {"providerName", p->providerName},
+            {"driverDate", p->driverDate}, {"driverVersion", p->driverVersion}});
     }
     return object;
 }
@@ -93,18 +83,15 @@ void detectControllerDriver(VxDetectPass &pass, CDetectInfo &info)
 
 QVector<VxItemRow> driverItemRows()
 {
-    VxItemRow gige{VxItems::GigeDriver, QT_TRANSLATE_NOOP("VxOneKeyResult", "GigE Vision Driver Status"),
-                   VxItems::DriverGroup};
-    gige.nDetectRank = 3;
-    gige.nDisplayRank = 1;
+    auto gige = recordRow<CDetectInfo>(VxItems::GigeDriver,
+        QT_TRANSLATE_NOOP("VxOneKeyResult", "GigE Vision Driver Status"), VxItems::DriverGroup, 3, 1);
     gige.nOptimizeRank = 3;
     gige.button = {VxItems::BtnInstalled, false, VxItems::BtnInstallDriver, true};
     gige.action = VxRowAction::Install;
     gige.repair = VxRepairKind::Install;
     gige.pInstallLabel = QT_TRANSLATE_NOOP("VxOneKeyResultTree", "Installing GigE driver...");
-    gige.create = vxNewRecord<CDetectInfo>;
-    gige.fits = vxRecordFits<CDetectInfo>;
-    gige.defaultProbes = gigeProbes;
+    gige.defaultProbes
+        = driverProbes<CameraDrivers::pacedGigeCheck, CameraDrivers::installGige, CameraDrivers::gigeInstallScript>;
     gige.lines = gigeLines;
     gige.facts = VxItemFacts::none;
 
@@ -115,26 +102,23 @@ QVector<VxItemRow> driverItemRows()
     usb3.nDisplayRank = 2;
     usb3.nOptimizeRank = 4;
     usb3.pInstallLabel = QT_TRANSLATE_NOOP("VxOneKeyResultTree", "Installing USB driver...");
-    usb3.defaultProbes = usb3Probes;
+    usb3.defaultProbes
+        = driverProbes<CameraDrivers::pacedUsb3Check, CameraDrivers::installUsb3, CameraDrivers::usb3InstallScript>;
     usb3.lines = usb3Lines;
 
-    VxItemRow controller{VxItems::UsbControllerDriver,
-                         QT_TRANSLATE_NOOP("VxOneKeyResult", "USB3.0 Controller Driver Version"), VxItems::DriverGroup};
-    controller.nDetectRank = 5;
-    controller.nDisplayRank = 3;
+    auto controller = recordRow<CUSBControllerDriverInfo>(VxItems::UsbControllerDriver,
+        QT_TRANSLATE_NOOP("VxOneKeyResult", "USB3.0 Controller Driver Version"), VxItems::DriverGroup, 5, 3);
     controller.button = {VxItems::BtnCheck, true, VxItems::BtnCheckAndUpgrade, true};
     controller.action = VxRowAction::Dialog;
-    controller.create = vxNewRecord<CUSBControllerDriverInfo>;
-    controller.fits = vxRecordFits<CUSBControllerDriverInfo>;
     controller.defaultProbes = controllerDriverProbes;
     controller.lines = controllerDriverLines;
     controller.facts = controllerDriverFacts;
     controller.detect = detectControllerDriver;
 
     // Named by the product, but never probed or shown.
-    const VxItemRow inNetwork{VxItems::GigeDriverInNetwork,
-                              QT_TRANSLATE_NOOP("VxOneKeyResult", "GigE Driver Check in Network"), VxItems::DriverGroup};
-    const VxItemRow count{VxItems::DriverCount, QT_TRANSLATE_NOOP("VxOneKeyResult", "The num of Driver"),
-                          VxItems::DriverGroup};
+    const VxItemRow inNetwork {VxItems::GigeDriverInNetwork,
+        QT_TRANSLATE_NOOP("VxOneKeyResult", "GigE Driver Check in Network"), VxItems::DriverGroup};
+    const VxItemRow count {
+        VxItems::DriverCount, QT_TRANSLATE_NOOP("VxOneKeyResult", "The num of Driver"), VxItems::DriverGroup};
     return {gige, usb3, inNetwork, controller, count};
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cdetectinfo.h"
 #include "vxitemregistry.h"
 
 #include <QCoreApplication>
@@ -9,12 +10,35 @@ QVector<VxItemRow> sdkItemRows();
 QVector<VxItemRow> driverItemRows();
 QVector<VxItemRow> systemItemRows();
 
+// A row of an item whose record is of class Record, detected at rank
+// nDetect and shown as row nDisplay of its group.
+template <typename Record>
+VxItemRow recordRow(VxItems::ItemId id, const char *pName, VxItems::Group group, int nDetect, int nDisplay)
+{
+    VxItemRow row(id, pName, group);
+    row.nDetectRank = nDetect;
+    row.nDisplayRank = nDisplay;
+    row.create = vxNewRecord<Record>;
+    row.fits = vxRecordFits<Record>;
+    return row;
+}
+
+// Probes of an item with only a check.
+template <auto Check> VxItemProbes checkOnly(const VxPrivileges &)
+{
+    VxItemProbes probes;
+    probes.check = vxCheck(Check);
+    return probes;
+}
+
 namespace VxItemText {
 // A text of the result view (context "VxOneKeyResult").
 inline QString translated(const char *pSource)
 {
     return QCoreApplication::translate("VxOneKeyResult", pSource);
 }
+// One of two lines, for a normal and an exceptional outcome.
+inline QStringList outcomeLine(const CDetectInfo &info, const char *pNormal, const char *pExceptional);
 // The line "    <dir>/<name>" for each directory of each name.
 void appendDirectoryLines(QStringList &lines, const QMap<QString, QStringList> &mapFound);
 } // namespace VxItemText
@@ -23,9 +47,16 @@ namespace VxItemFacts {
 QJsonObject stringMap(const QMap<QString, QString> &map);
 QJsonObject listMap(const QMap<QString, QStringList> &map);
 QJsonObject intMap(const QMap<QString, int> &map);
+// An object of named strings.
+QJsonObject strings(std::initializer_list<std::pair<const char *, QString>> fields);
 // For items whose outcome is all there is.
 inline QJsonObject none(const CDetectInfo &)
 {
     return QJsonObject();
 }
 } // namespace VxItemFacts
+
+inline QStringList VxItemText::outcomeLine(const CDetectInfo &info, const char *pNormal, const char *pExceptional)
+{
+    return {translated(info.bNormal ? pNormal : pExceptional)};
+}

@@ -42,7 +42,8 @@ QStringList envLines(const CDetectInfo &info)
     auto *pEnv = dynamic_cast<const CEnvDetectInfo *>(&info);
     const bool bPending = pEnv && !pEnv->pendingValues.isEmpty();
     if (!info.bNormal)
-        lines << translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "The following environment variables are exceptional:"));
+        lines << translated(
+            QT_TRANSLATE_NOOP("VxOneKeyResult", "The following environment variables are exceptional:"));
     else if (!bPending)
         lines << translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Environment Variables are correct"));
     if (!pEnv)
@@ -55,8 +56,8 @@ QStringList envLines(const CDetectInfo &info)
     }
     // Set machine-wide by an earlier repair, not yet seen by this login.
     if (bPending) {
-        lines << translated(QT_TRANSLATE_NOOP("VxOneKeyResult",
-                                      "The following environment variables are set and take effect at the next login:"));
+        lines << translated(QT_TRANSLATE_NOOP(
+            "VxOneKeyResult", "The following environment variables are set and take effect at the next login:"));
         for (auto it = pEnv->pendingValues.cbegin(); it != pEnv->pendingValues.cend(); ++it)
             lines << QStringLiteral("    ") + it.key() + QLatin1Char('=') + it.value();
     }
@@ -112,6 +113,14 @@ QJsonObject listMap(const QMap<QString, QStringList> &map)
     return object;
 }
 
+QJsonObject strings(std::initializer_list<std::pair<const char *, QString>> fields)
+{
+    QJsonObject object;
+    for (const auto &field : fields)
+        object.insert(QLatin1String(field.first), field.second);
+    return object;
+}
+
 QJsonObject intMap(const QMap<QString, int> &map)
 {
     QJsonObject object;
@@ -123,9 +132,8 @@ QJsonObject intMap(const QMap<QString, int> &map)
 
 QVector<VxItemRow> sdkItemRows()
 {
-    VxItemRow sdk{VxItems::SdkFiles, QT_TRANSLATE_NOOP("VxOneKeyResult", "SDK File Saving Path"), VxItems::SdkGroup};
-    sdk.nDetectRank = 1;
-    sdk.nDisplayRank = 1;
+    auto sdk = recordRow<CSDKPathDetectInfo>(
+        VxItems::SdkFiles, QT_TRANSLATE_NOOP("VxOneKeyResult", "SDK File Saving Path"), VxItems::SdkGroup, 1, 1);
     sdk.nOptimizeRank = 1;
     sdk.button = {VxItems::BtnNormal, false, VxItems::BtnCheckAndClear, true};
     sdk.action = VxRowAction::RepairDialog;
@@ -135,23 +143,17 @@ QVector<VxItemRow> sdkItemRows()
     sdk.recheck = VxRecheck::AfterFailedStep;
     // Stray libraries make the SDK load the wrong code: the only serious one.
     sdk.exceptionSeverity = VxItems::SeveritySerious;
-    sdk.create = vxNewRecord<CSDKPathDetectInfo>;
-    sdk.fits = vxRecordFits<CSDKPathDetectInfo>;
     sdk.defaultProbes = sdkFileProbes;
     sdk.lines = sdkFileLines;
     sdk.facts = sdkFileFacts;
 
-    VxItemRow env{VxItems::EnvVariables, QT_TRANSLATE_NOOP("VxOneKeyResult", "SDK Environment Variables"),
-                  VxItems::SdkGroup};
-    env.nDetectRank = 2;
-    env.nDisplayRank = 2;
+    auto env = recordRow<CEnvDetectInfo>(VxItems::EnvVariables,
+        QT_TRANSLATE_NOOP("VxOneKeyResult", "SDK Environment Variables"), VxItems::SdkGroup, 2, 2);
     env.nOptimizeRank = 2;
     env.button = {VxItems::BtnCheck, true, VxItems::BtnCheckAndRepair, true};
     env.action = VxRowAction::RepairDialog;
     env.repair = VxRepairKind::Repair;
     env.recheck = VxRecheck::Always;
-    env.create = vxNewRecord<CEnvDetectInfo>;
-    env.fits = vxRecordFits<CEnvDetectInfo>;
     env.defaultProbes = envProbes;
     env.lines = envLines;
     env.facts = envFacts;

@@ -31,13 +31,6 @@ QJsonObject usbTreeFacts(const CDetectInfo &info)
     return object;
 }
 
-VxItemProbes usbTreeProbes(const VxPrivileges &)
-{
-    VxItemProbes probes;
-    probes.check = vxCheck(VxUsbProbe::usbTreeCheck);
-    return probes;
-}
-
 // Takes over the tree the controller-driver check built in this pass, or
 // builds one.
 void detectUsbTree(VxDetectPass &pass, CDetectInfo &info)
@@ -52,15 +45,8 @@ void detectUsbTree(VxDetectPass &pass, CDetectInfo &info)
 
 QStringList firewallLines(const CDetectInfo &info)
 {
-    return {info.bNormal ? translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "The firewall hasn't been opened"))
-                         : translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "The firewall has been opened"))};
-}
-
-VxItemProbes firewallProbes(const VxPrivileges &)
-{
-    VxItemProbes probes;
-    probes.check = Firewall::check;
-    return probes;
+    return VxItemText::outcomeLine(info, QT_TRANSLATE_NOOP("VxOneKeyResult", "The firewall hasn't been opened"),
+        QT_TRANSLATE_NOOP("VxOneKeyResult", "The firewall has been opened"));
 }
 
 QStringList jumboLines(const CDetectInfo &info)
@@ -122,110 +108,76 @@ QJsonObject lineRateFacts(const CDetectInfo &info)
     return object;
 }
 
-VxItemProbes lineRateProbes(const VxPrivileges &)
-{
-    VxItemProbes probes;
-    probes.check = vxCheck(LineRate::check);
-    return probes;
-}
-
 QStringList systemLines(const CDetectInfo &info)
 {
     auto *pSys = dynamic_cast<const CSystemDetectInfo *>(&info);
     if (!pSys)
         return {};
     return {translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "CPU               : ")) + pSys->cpu,
-            translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "CPU Core Number   : ")) + pSys->cpuCount,
-            translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Available Memory  : ")) + pSys->availableMemory,
-            translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Endianess         : ")) + pSys->byteOrder,
-            translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Operating System  : ")) + pSys->operatingSystem,
-            translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Graphic Chipset   : ")) + pSys->graphicsChips,
-            translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Screen Resolution : ")) + pSys->resolution};
+        translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "CPU Core Number   : ")) + pSys->cpuCount,
+        translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Available Memory  : ")) + pSys->availableMemory,
+        translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Endianess         : ")) + pSys->byteOrder,
+        translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Operating System  : ")) + pSys->operatingSystem,
+        translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Graphic Chipset   : ")) + pSys->graphicsChips,
+        translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Screen Resolution : ")) + pSys->resolution};
 }
 
 QJsonObject systemFacts(const CDetectInfo &info)
 {
     QJsonObject object;
     if (auto *p = dynamic_cast<const CSystemDetectInfo *>(&info)) {
-        object.insert(QStringLiteral("cpu"), p->cpu);
-        object.insert(QStringLiteral("cpuCount"), p->cpuCount);
-        object.insert(QStringLiteral("availableMemory"), p->availableMemory);
-        object.insert(QStringLiteral("byteOrder"), p->byteOrder);
-        object.insert(QStringLiteral("operatingSystem"), p->operatingSystem);
-        object.insert(QStringLiteral("graphicsChips"), p->graphicsChips);
-        object.insert(QStringLiteral("resolution"), p->resolution);
+        object
+            = VxItemFacts::strings({{"cpu", p->cpu}, {"cpuCount", p->cpuCount}, {"availableMemory", p->availableMemory},
+                {"byteOrder", p->byteOrder}, {"operatingSystem", p->operatingSystem},
+                {"graphicsChips", p->graphicsChips}, {"resolution", p->resolution}});
     }
     return object;
-}
-
-VxItemProbes systemProbes(const VxPrivileges &)
-{
-    VxItemProbes probes;
-    probes.check = vxCheck(SystemInfo::check);
-    return probes;
 }
 } // namespace
 
 QVector<VxItemRow> systemItemRows()
 {
-    VxItemRow usb{VxItems::UsbControllerInfo, QT_TRANSLATE_NOOP("VxOneKeyResult", "USB Controller Info"),
-                  VxItems::SystemGroup};
-    usb.nDetectRank = 6;
-    usb.nDisplayRank = 1;
+    auto usb = recordRow<CUsbBasicDetectInfo>(VxItems::UsbControllerInfo,
+        QT_TRANSLATE_NOOP("VxOneKeyResult", "USB Controller Info"), VxItems::SystemGroup, 6, 1);
     usb.button = {VxItems::BtnCheck, true, VxItems::BtnCheck, true};
     usb.action = VxRowAction::Dialog;
     usb.bLinesInTree = false; // the tree is shown by its viewer; the log has it all
-    usb.create = vxNewRecord<CUsbBasicDetectInfo>;
-    usb.fits = vxRecordFits<CUsbBasicDetectInfo>;
-    usb.defaultProbes = usbTreeProbes;
+    usb.defaultProbes = checkOnly<VxUsbProbe::usbTreeCheck>;
     usb.lines = usbTreeLines;
     usb.facts = usbTreeFacts;
     usb.detect = detectUsbTree;
 
-    VxItemRow firewall{VxItems::Firewall, QT_TRANSLATE_NOOP("VxOneKeyResult", "PC Firewall Status"),
-                       VxItems::SystemGroup};
-    firewall.nDetectRank = 7;
-    firewall.nDisplayRank = 2;
+    auto firewall = recordRow<CDetectInfo>(
+        VxItems::Firewall, QT_TRANSLATE_NOOP("VxOneKeyResult", "PC Firewall Status"), VxItems::SystemGroup, 7, 2);
     // Normal means the firewall is off; the button only states it.
     firewall.button = {VxItems::BtnDisabled, false, VxItems::BtnEnabled, false};
-    firewall.create = vxNewRecord<CDetectInfo>;
-    firewall.fits = vxRecordFits<CDetectInfo>;
-    firewall.defaultProbes = firewallProbes;
+    firewall.defaultProbes = checkOnly<Firewall::check>;
     firewall.lines = firewallLines;
     firewall.facts = VxItemFacts::none;
 
-    VxItemRow jumbo{VxItems::JumboFrame, QT_TRANSLATE_NOOP("VxOneKeyResult", "Jumbo Frame"), VxItems::SystemGroup};
-    jumbo.nDetectRank = 8;
-    jumbo.nDisplayRank = 3;
+    auto jumbo = recordRow<CJumboPacketDetectInfo>(
+        VxItems::JumboFrame, QT_TRANSLATE_NOOP("VxOneKeyResult", "Jumbo Frame"), VxItems::SystemGroup, 8, 3);
     jumbo.nOptimizeRank = 5;
     jumbo.button = {VxItems::BtnCheck, true, VxItems::BtnCheckAndRepair, true};
     jumbo.action = VxRowAction::RepairDialog;
     jumbo.repair = VxRepairKind::Repair; // the repair checks again itself
-    jumbo.create = vxNewRecord<CJumboPacketDetectInfo>;
-    jumbo.fits = vxRecordFits<CJumboPacketDetectInfo>;
     jumbo.defaultProbes = jumboProbes;
     jumbo.lines = jumboLines;
     jumbo.facts = jumboFacts;
 
-    VxItemRow rate{VxItems::LineRate, QT_TRANSLATE_NOOP("VxOneKeyResult", "Network Line Rate"), VxItems::SystemGroup};
-    rate.nDetectRank = 9;
-    rate.nDisplayRank = 4;
+    auto rate = recordRow<CNetworkSpeedDetectInfo>(
+        VxItems::LineRate, QT_TRANSLATE_NOOP("VxOneKeyResult", "Network Line Rate"), VxItems::SystemGroup, 9, 4);
     rate.button = {VxItems::BtnNormal, false, VxItems::BtnViewSolution, true};
     rate.action = VxRowAction::Dialog;
-    rate.create = vxNewRecord<CNetworkSpeedDetectInfo>;
-    rate.fits = vxRecordFits<CNetworkSpeedDetectInfo>;
-    rate.defaultProbes = lineRateProbes;
+    rate.defaultProbes = checkOnly<LineRate::check>;
     rate.lines = lineRateLines;
     rate.facts = lineRateFacts;
 
-    VxItemRow system{VxItems::SystemInfo, QT_TRANSLATE_NOOP("VxOneKeyResult", "Systm Info"), VxItems::SystemGroup};
-    system.nDetectRank = 10;
-    system.nDisplayRank = 5;
+    auto system = recordRow<CSystemDetectInfo>(
+        VxItems::SystemInfo, QT_TRANSLATE_NOOP("VxOneKeyResult", "Systm Info"), VxItems::SystemGroup, 10, 5);
     system.button = {VxItems::BtnCheck, true, VxItems::BtnCheck, true};
     system.action = VxRowAction::Dialog;
-    system.create = vxNewRecord<CSystemDetectInfo>;
-    system.fits = vxRecordFits<CSystemDetectInfo>;
-    system.defaultProbes = systemProbes;
+    system.defaultProbes = checkOnly<SystemInfo::check>;
     system.lines = systemLines;
     system.facts = systemFacts;
     return {usb, firewall, jumbo, rate, system};
