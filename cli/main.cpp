@@ -6,6 +6,7 @@
 #include "vxitems.h"
 #include "vxoperatethread.h"
 #include "vxresulttext.h"
+#include "vxusbdescriptorscli.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -119,6 +120,8 @@ int main(int argc, char *argv[])
         QCoreApplication::translate("VxCheck", "Report language: ENG (default) or CH."),
         QCoreApplication::translate("VxCheck", "language"), QStringLiteral("ENG"));
     parser.addOptions({itemsOption, formatOption, outputOption, timingsOption, langOption});
+    const QCommandLineOption usbDescriptorsOption(QStringLiteral("usb-descriptors"), VxUsbDescriptorsCli::optionHelp());
+    parser.addOption(usbDescriptorsOption);
 
     if (!parser.parse(QCoreApplication::arguments())) {
         printErr(parser.errorText());
@@ -133,6 +136,8 @@ int main(int argc, char *argv[])
         printOut(QStringLiteral("vetrix-check %1\n").arg(QCoreApplication::applicationVersion()));
         return ExitNormal;
     }
+    if (parser.isSet(usbDescriptorsOption))
+        return VxUsbDescriptorsCli::exec(parser.positionalArguments());
     if (!parser.positionalArguments().isEmpty()) {
         printErr(QCoreApplication::translate("VxCheck", "Unexpected argument: %1")
                      .arg(parser.positionalArguments().constFirst()));
