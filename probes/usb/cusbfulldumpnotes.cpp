@@ -48,6 +48,11 @@ QString fixedNote(Note eNote, quint32 v, QStringList &listBelow)
             if (v & (1u << i))
                 listBelow << QString::fromLatin1(channelName(i));
         return QString();
+    case Note::FeatureControls:
+        bits({{0, "Mute Control"}, {1, "Volume Control"}, {2, "Bass Control"}, {3, "Mid Control"},
+            {4, "Treble Control"}, {5, "Graphic Equalizer Control"}, {6, "Automatic Gain Control"},
+            {7, "Delay Control"}, {8, "Bass Boost Control"}, {9, "Loudness Control"}});
+        return QString();
     case Note::ProcessType:
         return QString::fromLatin1(processTypeName(quint16(v)));
     case Note::FormatTag:

@@ -144,7 +144,7 @@ const CField kAcFeature[] = {
     {"bUnitID", 1, Fmt::Dec},
     {"bSourceID", 1, Fmt::Dec},
     {"bControlSize", 1, Fmt::Dec, Note::ElementSize},
-    {"bmaControls(%d)", 0, Fmt::Hex, Note::None, Rep::Rest, 1},
+    {"bmaControls(%d)", 0, Fmt::Hex, Note::FeatureControls, Rep::Rest, 1},
     {"iFeature", 1, Fmt::Str},
 };
 const CField kAcProcessing[] = {

@@ -55,6 +55,7 @@ enum class Note : quint8 {
     SsFunctionality,
     U3vVersion,
     U3vSpeeds,
+    FeatureControls, // USB Audio 1.0 feature unit control bits
     ElementSize, // the value is the size of the following variable-size fields
 };
 

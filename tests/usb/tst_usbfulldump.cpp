@@ -223,6 +223,8 @@ private slots:
     void bosFromSysfs();
     void badInput_data();
     void badInput();
+    void classSpecific_data();
+    void classSpecific();
     void namesFromUsbIds();
     void cleanup() { qunsetenv("VETRIX_SYSROOT"); }
 };
@@ -401,6 +403,62 @@ void TestUsbFullDump::badInput()
         bFound = bFound || line.simplified() == expected;
     QVERIFY2(bFound, qPrintable(listLines.join(QLatin1Char('\n'))));
     QVERIFY(listLines.contains(QStringLiteral("Device Descriptor:")));
+}
+
+// Descriptors the captured trees lack or lsusb reads otherwise, against
+// their layouts in USB Audio 1.0, USB3 Vision, the Interface Association
+// ECN and USB 3.2.
+void TestUsbFullDump::classSpecific_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QStringList>("expected");
+    // The feature unit of the captured 1-1.3 (QEMU, interface protocol 4).
+    QTest::newRow("Audio 1.0 feature unit")
+        << QByteArray::fromHex("090400000001010400"
+                               "0d2406020102010002000200 07")
+        << QStringList {"AudioControl Interface Descriptor:", "bLength 13", "bDescriptorType 36",
+               "bDescriptorSubtype 6 (FEATURE_UNIT)", "bUnitID 2", "bSourceID 1", "bControlSize 2",
+               "bmaControls(0) 0x0001", "Mute Control", "bmaControls(1) 0x0002", "Volume Control",
+               "bmaControls(2) 0x0002", "Volume Control", "iFeature 7", "** END **"};
+    QTest::newRow("Audio 2.0 is not read as 1.0") << QByteArray::fromHex(
+        "090400000001012000"
+        "092401000208000000") << QStringList {"** UNRECOGNIZED: 09 24 01 00 02 08 00 00 00", "** END **"};
+    QTest::newRow("USB3 Vision device info")
+        << QByteArray::fromHex("0904000000ef050000"
+                               "142401"
+                               "00000100"
+                               "00000100"
+                               "0102030405060708"
+                               "0f")
+        << QStringList {"USB3 Vision Device Info Descriptor:", "bLength 20", "bDescriptorType 36",
+               "bDescriptorSubtype 1", "bGenCPVersion 0x00010000 (1.0)", "bU3VVersion 0x00010000 (1.0)",
+               "iDeviceGUID 1", "iVendorName 2", "iModelName 3", "iFamilyName 4", "iDeviceVersion 5",
+               "iManufacturerInfo 6", "iSerialNumber 7", "iUserDefinedName 8", "bmSpeedSupport 0x0f", "Low Speed",
+               "Full Speed", "High Speed", "SuperSpeed", "** END **"};
+    QTest::newRow("interface association")
+        << QByteArray::fromHex("080b00020e030004")
+        << QStringList {"Interface Association:", "bLength 8", "bDescriptorType 11", "bFirstInterface 0",
+               "bInterfaceCount 2", "bFunctionClass 14", "bFunctionSubClass 3", "bFunctionProtocol 0", "iFunction 4",
+               "** END **"};
+    QTest::newRow("isochronous SuperSpeed companion") << QByteArray::fromHex(
+        "0904000001ff000000"
+        "07058101000401"
+        "06300202000c") << QStringList {"bInterval 1", "bMaxBurst 2", "Mult 3", "** END **"};
+}
+
+void TestUsbFullDump::classSpecific()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QStringList, expected);
+    CUsbDumpDevice dev;
+    dev.descriptors = deviceBytes() + configuration(body);
+    QStringList listLines;
+    for (const QString &line : CUsbFullDump::dump(dev, CUsbIdsDb()))
+        listLines << line.simplified();
+    listLines << QStringLiteral("** END **");
+    const int nAt = listLines.indexOf(expected.first());
+    QVERIFY2(nAt >= 0, qPrintable(listLines.join(QLatin1Char('\n'))));
+    QCOMPARE(listLines.mid(nAt), expected);
 }
 
 void TestUsbFullDump::namesFromUsbIds()
