@@ -256,7 +256,8 @@ void CDumper::dispatch(const uchar *p, int nLen)
         printLayout(kInterfaceAssociation, p, nLen, 4);
         return;
     case 0x21:
-        if (m_nIfClass == 3 && !m_bInEndpoint) {
+        // HID 1.11 puts it before the endpoints; some devices put it after them.
+        if (m_nIfClass == 3) {
             printLayout(kHid, p, nLen, 8);
             return;
         }

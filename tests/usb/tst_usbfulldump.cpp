@@ -440,6 +440,12 @@ void TestUsbFullDump::classSpecific_data()
         << QStringList {"Interface Association:", "bLength 8", "bDescriptorType 11", "bFirstInterface 0",
                "bInterfaceCount 2", "bFunctionClass 14", "bFunctionSubClass 3", "bFunctionProtocol 0", "iFunction 4",
                "** END **"};
+    QTest::newRow("HID after its endpoint")
+        << QByteArray::fromHex("090400000103010100"
+                               "0705810308000a"
+                               "092111010001223f00")
+        << QStringList {"HID Device Descriptor:", "bLength 9", "bDescriptorType 33", "bcdHID 1.11", "bCountryCode 0",
+               "bNumDescriptors 1", "bDescriptorType 34", "wDescriptorLength 63", "** END **"};
     QTest::newRow("isochronous SuperSpeed companion") << QByteArray::fromHex(
         "0904000001ff000000"
         "07058101000401"
