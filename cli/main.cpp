@@ -7,6 +7,7 @@
 #include "vxitems.h"
 #include "vxoperatethread.h"
 #include "vxresulttext.h"
+#include "vxusbdescriptorscli.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -120,6 +121,8 @@ int main(int argc, char *argv[])
         QCoreApplication::translate("VxCheck", "Report language: ENG (default) or CH."),
         QCoreApplication::translate("VxCheck", "language"), QStringLiteral("ENG"));
     parser.addOptions({itemsOption, formatOption, outputOption, timingsOption, langOption});
+    const QCommandLineOption usbDescriptorsOption(QStringLiteral("usb-descriptors"), VxUsbDescriptorsCli::optionHelp());
+    parser.addOption(usbDescriptorsOption);
 
     if (!parser.parse(QCoreApplication::arguments())) {
         printErr(parser.errorText());
@@ -134,6 +137,8 @@ int main(int argc, char *argv[])
         printOut(QStringLiteral("vetrix-check %1\n").arg(QCoreApplication::applicationVersion()));
         return ExitNormal;
     }
+    if (parser.isSet(usbDescriptorsOption))
+        return VxUsbDescriptorsCli::exec(parser.positionalArguments());
     if (!parser.positionalArguments().isEmpty()) {
         printErr(QCoreApplication::translate("VxCheck", "Unexpected argument: %1")
                      .arg(parser.positionalArguments().constFirst()));

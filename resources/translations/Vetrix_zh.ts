@@ -917,4 +917,27 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <translation>未找到USB主控制器。</translation>
     </message>
 </context>
+<context>
+    <name>VxUsbDescriptorsCli</name>
+    <message>
+        <source>No USB device was found.</source>
+        <translation>未找到 USB 设备。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a USB port path: use a name such as 1-1.4 or usb1.</source>
+        <translation>“%1”不是 USB 端口路径：请使用 1-1.4 或 usb1 这样的名称。</translation>
+    </message>
+    <message>
+        <source>No USB device at %1.</source>
+        <translation>%1 处没有 USB 设备。</translation>
+    </message>
+    <message>
+        <source>Give at most one USB port path.</source>
+        <translation>最多只能指定一个 USB 端口路径。</translation>
+    </message>
+    <message>
+        <source>Print every descriptor of the USB device at the port path given as argument (e.g. 1-1.4 or usb1), or of all USB devices, in the layout of lsusb -v, from sysfs.</source>
+        <translation>从 sysfs 读取并按 lsusb -v 的格式打印参数所给端口路径（如 1-1.4 或 usb1）上 USB 设备的全部描述符；未给路径时打印所有 USB 设备的描述符。</translation>
+    </message>
+</context>
 </TS>
