@@ -3,6 +3,7 @@
 #include "custompushbutton.h"
 #include "customtitlebar.h"
 #include "customtreewidget.h"
+#include "vxitems.h"
 #include "vxtipswidget.h"
 
 #include <QClipboard>
@@ -58,9 +59,9 @@ bool VxReportCompareDlg::init()
     m_pTree->header()->setSectionResizeMode(ColFact, QHeaderView::Stretch);
     m_pTree->header()->setSectionResizeMode(ColReport, QHeaderView::Interactive);
     m_pTree->header()->setSectionResizeMode(ColNow, QHeaderView::Interactive);
-    m_pTree->setColumnWidth(ColChange, 230);
-    m_pTree->setColumnWidth(ColReport, 200);
-    m_pTree->setColumnWidth(ColNow, 200);
+    m_pTree->setColumnWidth(ColChange, 150);
+    m_pTree->setColumnWidth(ColReport, 220);
+    m_pTree->setColumnWidth(ColNow, 220);
     m_pTree->setVisible(!m_result.isEmpty());
 
     pLayout->setContentsMargins(kMargin, 12, kMargin, 10);
@@ -75,7 +76,7 @@ bool VxReportCompareDlg::init()
         resize(560, 220);
         cSetMinStrechSize(QSize(420, 200));
     } else {
-        resize(980, 600);
+        resize(1100, 600);
         cSetMinStrechSize(QSize(640, 360));
     }
     retranslateTexts();
@@ -87,7 +88,11 @@ void VxReportCompareDlg::fillTree()
     m_pTree->clear();
     for (const VxReportDiff::ItemDiff &item : m_result.items) {
         auto *pItemRow = new QTreeWidgetItem(m_pTree);
-        QString strHeading = QStringLiteral("[%1] %2").arg(item.nItem).arg(item.strName);
+        // The item's name in the language on screen; the report's own for an
+        // id this program does not name.
+        const QString strName = VxItems::itemName(item.nItem);
+        QString strHeading =
+            QStringLiteral("[%1] %2").arg(item.nItem).arg(strName.isEmpty() ? item.strName : strName);
         if (item.bGradeChanged)
             strHeading += QStringLiteral("  (") + VxReportDiff::kindText(VxReportDiff::Kind::GradeChanged)
                           + QLatin1Char(')');

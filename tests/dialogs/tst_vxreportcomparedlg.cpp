@@ -34,7 +34,7 @@ void TestVxReportCompareDlg::initTestCase()
 QJsonObject TestVxReportCompareDlg::report(bool bNormal, const QString &strCpu, bool bWithFirewall)
 {
     QJsonArray items;
-    items << QJsonObject{{"id", 8},         {"name", "USB3 Vision Driver"}, {"available", true},
+    items << QJsonObject{{"id", 8},         {"name", "Name in the report"}, {"available", true},
                          {"normal", bNormal}, {"severity", bNormal ? 0 : 1},   {"lines", QJsonArray{"x"}}};
     if (bWithFirewall)
         items << QJsonObject{{"id", 1024}, {"name", "Firewall"}, {"available", true}, {"normal", true}, {"severity", 0}};
@@ -61,8 +61,8 @@ void TestVxReportCompareDlg::rowsPerItemAndChange()
     QCOMPARE(pTree->topLevelItemCount(), 3);
 
     QTreeWidgetItem *pDriver = pTree->topLevelItem(0);
-    QCOMPARE(pDriver->text(0), QStringLiteral("[8] USB3 Vision Driver  (grade changed)"));
-    QCOMPARE(pDriver->childCount(), 2);
+    QCOMPARE(pDriver->text(0), QStringLiteral("[8] USB3 Vision Driver Status  (grade changed)"));
+    QCOMPARE(pDriver->childCount(), 2); // named as on screen, not as in the report
     QCOMPARE(pDriver->child(0)->text(VxReportCompareDlg::ColChange), QStringLiteral("grade changed"));
     QCOMPARE(pDriver->child(0)->text(VxReportCompareDlg::ColFact), QStringLiteral("normal"));
     QCOMPARE(pDriver->child(0)->text(VxReportCompareDlg::ColReport), QStringLiteral("normal"));
@@ -70,7 +70,7 @@ void TestVxReportCompareDlg::rowsPerItemAndChange()
     QCOMPARE(pDriver->child(1)->text(VxReportCompareDlg::ColFact), QStringLiteral("severity"));
 
     QTreeWidgetItem *pFirewall = pTree->topLevelItem(1);
-    QCOMPARE(pFirewall->text(0), QStringLiteral("[1024] Firewall  (grade changed)"));
+    QCOMPARE(pFirewall->text(0), QStringLiteral("[1024] PC Firewall Status  (grade changed)"));
     QCOMPARE(pFirewall->child(0)->text(VxReportCompareDlg::ColChange), QStringLiteral("item removed"));
     QCOMPARE(pFirewall->child(0)->text(VxReportCompareDlg::ColReport), QStringLiteral("normal"));
     QCOMPARE(pFirewall->child(0)->text(VxReportCompareDlg::ColNow), QString());
