@@ -76,8 +76,11 @@ QString scalarKey(const QJsonValue &value)
     switch (value.type()) {
     case QJsonValue::String:
         return QStringLiteral("s") + value.toString();
-    case QJsonValue::Double:
-        return QStringLiteral("n") + QString::number(value.toDouble(), 'g', 17);
+    case QJsonValue::Double: {
+        // The number's bytes: as exact as its text and much cheaper to make.
+        const double d = value.toDouble() + 0.0; // -0 and 0 alike
+        return QStringLiteral("n") + QString::fromLatin1(reinterpret_cast<const char *>(&d), int(sizeof d));
+    }
     case QJsonValue::Bool:
         return value.toBool() ? QStringLiteral("t") : QStringLiteral("f");
     default:
@@ -96,6 +99,45 @@ QString identityText(const QJsonValue &value)
     return value.isString() ? value.toString() : QString::number(value.toDouble(), 'g', 17);
 }
 
+// Where the walk stands: a chain of steps on the caller's stack, turned into
+// the path text only for a value that differs (most values do not).
+struct Step
+{
+    enum Type { Root, Key, Index, Identity };
+
+    Step() = default;
+    Step(const Step *pUp, Type t, const QString &strName, const QJsonValue &value = QJsonValue(), int n = 0)
+        : pParent(pUp)
+        , type(t)
+        , strKey(strName)
+        , id(value)
+        , nIndex(n)
+    {
+    }
+
+    const Step *pParent = nullptr;
+    Type type = Root;
+    QString strKey;     // Key: the key; Identity: the identifying key
+    QJsonValue id;      // Identity: its value
+    int nIndex = 0;     // Index
+
+    QString text() const
+    {
+        QString strPath = pParent ? pParent->text() : QString();
+        switch (type) {
+        case Root:
+            return strKey;
+        case Key:
+            return keyPath(strPath, strKey);
+        case Index:
+            return strPath + QStringLiteral("[%1]").arg(nIndex);
+        case Identity:
+            return strPath + QLatin1Char('[') + strKey + QLatin1Char('=') + identityText(id) + QLatin1Char(']');
+        }
+        return strPath;
+    }
+};
+
 class Walker
 {
 public:
@@ -104,50 +146,62 @@ public:
     {
     }
 
-    void value(const QString &strPath, const QJsonValue &before, const QJsonValue &after)
+    void value(const Step &at, const QJsonValue &before, const QJsonValue &after)
     {
         if (before.isObject() && after.isObject())
-            object(strPath, before.toObject(), after.toObject());
+            object(at, before.toObject(), after.toObject());
         else if (before.isArray() && after.isArray())
-            array(strPath, before.toArray(), after.toArray());
+            array(at, before.toArray(), after.toArray());
         else if (before != after)
-            m_changes.append({Kind::FactChanged, strPath, before, after});
+            m_changes.append({Kind::FactChanged, at.text(), before, after});
     }
 
-    void object(const QString &strPath, const QJsonObject &before, const QJsonObject &after)
+    void object(const Step &at, const QJsonObject &before, const QJsonObject &after)
     {
         // Qt keeps an object's keys sorted: walk both lists side by side.
         auto itB = before.constBegin();
         auto itA = after.constBegin();
         while (itB != before.constEnd() || itA != after.constEnd()) {
-            if (itA == after.constEnd() || (itB != before.constEnd() && itB.key() < itA.key())) {
-                m_changes.append({Kind::FactRemoved, keyPath(strPath, itB.key()), itB.value(), QJsonValue(QJsonValue::Undefined)});
+            const QString strB = itB != before.constEnd() ? itB.key() : QString();
+            const QString strA = itA != after.constEnd() ? itA.key() : QString();
+            if (itA == after.constEnd() || (itB != before.constEnd() && strB < strA)) {
+                removed(Step{&at, Step::Key, strB}, itB.value());
                 ++itB;
-            } else if (itB == before.constEnd() || itA.key() < itB.key()) {
-                m_changes.append({Kind::FactAdded, keyPath(strPath, itA.key()), QJsonValue(QJsonValue::Undefined), itA.value()});
+            } else if (itB == before.constEnd() || strA < strB) {
+                added(Step{&at, Step::Key, strA}, itA.value());
                 ++itA;
             } else {
-                value(keyPath(strPath, itB.key()), itB.value(), itA.value());
+                value(Step{&at, Step::Key, strB}, itB.value(), itA.value());
                 ++itB;
                 ++itA;
             }
         }
     }
 
-    void array(const QString &strPath, const QJsonArray &before, const QJsonArray &after)
+    void array(const Step &at, const QJsonArray &before, const QJsonArray &after)
     {
         if (allScalar(before) && allScalar(after)) {
-            scalarArray(strPath, before, after);
+            scalarArray(at, before, after);
             return;
         }
         const QString strKey = identityKey(before, after);
         if (!strKey.isEmpty())
-            keyedArray(strPath, strKey, before, after);
+            keyedArray(at, strKey, before, after);
         else
-            positionalArray(strPath, before, after);
+            positionalArray(at, before, after);
     }
 
 private:
+    void added(const Step &at, const QJsonValue &value)
+    {
+        m_changes.append({Kind::FactAdded, at.text(), QJsonValue(QJsonValue::Undefined), value});
+    }
+
+    void removed(const Step &at, const QJsonValue &value)
+    {
+        m_changes.append({Kind::FactRemoved, at.text(), value, QJsonValue(QJsonValue::Undefined)});
+    }
+
     static bool allScalar(const QJsonArray &array)
     {
         for (const QJsonValue &value : array) {
@@ -160,6 +214,7 @@ private:
     static bool hasUniqueKey(const QJsonArray &array, const QString &strKey)
     {
         QSet<QString> seen;
+        seen.reserve(array.size());
         for (const QJsonValue &element : array) {
             if (!element.isObject())
                 return false;
@@ -188,8 +243,10 @@ private:
 
     // Lists of plain values are compared as sets with repeats: order does
     // not count (folders, names), each value missing on one side does.
-    void scalarArray(const QString &strPath, const QJsonArray &before, const QJsonArray &after)
+    void scalarArray(const Step &at, const QJsonArray &before, const QJsonArray &after)
     {
+        if (before == after)
+            return;
         QHash<QString, int> counts;
         for (const QJsonValue &value : after)
             ++counts[scalarKey(value)];
@@ -198,7 +255,7 @@ private:
             if (nCount > 0)
                 --nCount;
             else
-                m_changes.append({Kind::FactRemoved, strPath, value, QJsonValue(QJsonValue::Undefined)});
+                removed(at, value);
         }
         QHash<QString, int> beforeCounts;
         for (const QJsonValue &value : before)
@@ -208,51 +265,50 @@ private:
             if (nCount > 0)
                 --nCount;
             else
-                m_changes.append({Kind::FactAdded, strPath, QJsonValue(QJsonValue::Undefined), value});
+                added(at, value);
         }
     }
 
-    void keyedArray(const QString &strPath, const QString &strKey, const QJsonArray &before,
-                    const QJsonArray &after)
+    void keyedArray(const Step &at, const QString &strKey, const QJsonArray &before, const QJsonArray &after)
     {
-        auto elementPath = [&](const QJsonObject &element) {
-            return strPath + QLatin1Char('[') + strKey + QLatin1Char('=') + identityText(element.value(strKey))
-                   + QLatin1Char(']');
-        };
         QHash<QString, int> afterIndex;
+        afterIndex.reserve(after.size());
         for (int i = 0; i < after.size(); ++i)
             afterIndex.insert(scalarKey(after.at(i).toObject().value(strKey)), i);
-        QSet<int> matched;
+        QVector<bool> matched(after.size(), false);
         for (const QJsonValue &value : before) {
             const QJsonObject element = value.toObject();
-            const auto it = afterIndex.constFind(scalarKey(element.value(strKey)));
+            const QJsonValue id = element.value(strKey);
+            const Step step{&at, Step::Identity, strKey, id};
+            const auto it = afterIndex.constFind(scalarKey(id));
             if (it == afterIndex.constEnd()) {
-                m_changes.append({Kind::FactRemoved, elementPath(element), element, QJsonValue(QJsonValue::Undefined)});
+                removed(step, element);
                 continue;
             }
-            matched.insert(it.value());
-            object(elementPath(element), element, after.at(it.value()).toObject());
+            matched[it.value()] = true;
+            object(step, element, after.at(it.value()).toObject());
         }
         for (int i = 0; i < after.size(); ++i) {
-            if (!matched.contains(i)) {
+            if (!matched.at(i)) {
                 const QJsonObject element = after.at(i).toObject();
-                m_changes.append({Kind::FactAdded, elementPath(element), QJsonValue(QJsonValue::Undefined), element});
+                added(Step{&at, Step::Identity, strKey, element.value(strKey)}, element);
             }
         }
     }
 
-    void positionalArray(const QString &strPath, const QJsonArray &before, const QJsonArray &after)
+    void positionalArray(const Step &at, const QJsonArray &before, const QJsonArray &after)
     {
         const int nCommon = qMin(before.size(), after.size());
         for (int i = 0; i < nCommon; ++i)
-            value(strPath + QStringLiteral("[%1]").arg(i), before.at(i), after.at(i));
+            value(Step{&at, Step::Index, QString(), QJsonValue(), i}, before.at(i), after.at(i));
         for (int i = nCommon; i < before.size(); ++i)
-            m_changes.append({Kind::FactRemoved, strPath + QStringLiteral("[%1]").arg(i), before.at(i), QJsonValue(QJsonValue::Undefined)});
+            removed(Step{&at, Step::Index, QString(), QJsonValue(), i}, before.at(i));
         for (int i = nCommon; i < after.size(); ++i)
-            m_changes.append({Kind::FactAdded, strPath + QStringLiteral("[%1]").arg(i), QJsonValue(QJsonValue::Undefined), after.at(i)});
+            added(Step{&at, Step::Index, QString(), QJsonValue(), i}, after.at(i));
     }
 
     QVector<Change> &m_changes;
+
 };
 
 QJsonObject gradeOf(const QJsonObject &item)
@@ -269,7 +325,7 @@ void compareLines(const QJsonObject &before, const QJsonObject &after, QVector<C
     const QJsonArray linesBefore = before.value(QStringLiteral("lines")).toArray();
     const QJsonArray linesAfter = after.value(QStringLiteral("lines")).toArray();
     QVector<Change> lineChanges;
-    Walker(lineChanges).array(QStringLiteral("lines"), linesBefore, linesAfter);
+    Walker(lineChanges).array(Step{nullptr, Step::Root, QStringLiteral("lines")}, linesBefore, linesAfter);
     for (Change &change : lineChanges) {
         change.kind = change.kind == Kind::FactAdded ? Kind::LineAdded : Kind::LineRemoved;
         changes.append(change);
@@ -306,7 +362,7 @@ ItemDiff compareItem(int nItem, const QJsonObject &before, const QJsonObject &af
         if (!isItemFieldSkipped(it.key()))
             factsAfter.insert(it.key(), it.value());
     }
-    Walker(diff.changes).object(QString(), factsBefore, factsAfter);
+    Walker(diff.changes).object(Step(), factsBefore, factsAfter);
     if (diff.changes.isEmpty())
         compareLines(before, after, diff.changes);
     return diff;
