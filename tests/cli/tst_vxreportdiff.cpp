@@ -21,6 +21,7 @@ private slots:
     void namesAndTimesAreNotCompared();
     void linesOnlyWhenFactsAgree();
     void maskLeavesOutItems();
+    void deepNesting();
     void textForm();
     void jsonForm();
     void badReports_data();
@@ -311,6 +312,38 @@ void TestVxReportDiff::maskLeavesOutItems()
     QCOMPARE(result.items.size(), 1);
     QCOMPARE(result.items.first().nItem, 2048);
     QVERIFY(!result.gradesDiffer());
+}
+
+// A fact nested as deeply as a JSON document may be (Qt reads up to 1024
+// levels): one change, named by its whole path, and no crash.
+void TestVxReportDiff::deepNesting()
+{
+    auto nested = [](int nLeaf, int nDepth = 1000) {
+        QByteArray bytes = QByteArray::number(nLeaf);
+        for (int i = 0; i < nDepth; ++i)
+            bytes = (i % 2 ? "{\"k\":" : "[") + bytes + (i % 2 ? "}" : "]");
+        return bytes;
+    };
+    auto reportWith = [](const QByteArray &fact) {
+        return R"({"tool":"vetrix-check","version":"4.1.0","items":[{"id":2048,"available":true,"normal":true,)"
+               R"("severity":0,"facts":{"deep":)"
+               + fact + "}}]}";
+    };
+    QJsonObject before;
+    QJsonObject after;
+    QString strError;
+    QVERIFY2(VxReportDiff::parseReport(reportWith(nested(1)), "a", &before, &strError), qPrintable(strError));
+    QVERIFY2(VxReportDiff::parseReport(reportWith(nested(2)), "b", &after, &strError), qPrintable(strError));
+    const VxReportDiff::Result result = VxReportDiff::compare(before, after);
+    QCOMPARE(result.items.size(), 1);
+    QCOMPARE(result.items.first().changes.size(), 2); // a list of plain values: 1 removed, 2 added
+    const QString strPath = result.items.first().changes.first().strPath;
+    QVERIFY(strPath.startsWith("facts.deep.k[0].k[0].k[0]"));
+    QCOMPARE(strPath.count(".k[0]"), 499);
+
+    // Deeper than a JSON document may be: refused, not compared.
+    QVERIFY(!VxReportDiff::parseReport(reportWith(nested(1, 1100)), "c", &before, &strError));
+    QVERIFY(strError.startsWith("c is not a JSON report"));
 }
 
 void TestVxReportDiff::textForm()
