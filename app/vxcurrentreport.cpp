@@ -17,11 +17,10 @@ namespace VxCurrentReport {
 QString notReadyReason(const VxOneKeyWidget &page)
 {
     if (!page.isWorkerIdle())
-        return QCoreApplication::translate("VxMainWindow",
-                                           "The diagnosis is still running. Wait until it has finished.");
+        return QCoreApplication::translate(
+            "VxMainWindow", "The diagnosis is still running. Wait until it has finished.");
     if (page.state() < VxOneKeyWidget::DetectFinished || !page.resultArea() || !page.resultArea()->isRunFinished())
-        return QCoreApplication::translate("VxMainWindow",
-                                           "No diagnosis has run yet. Start the diagnosis first.");
+        return QCoreApplication::translate("VxMainWindow", "No diagnosis has run yet. Start the diagnosis first.");
     return QString();
 }
 

@@ -31,14 +31,13 @@ QString exportFolder()
 QString VxMainWindow::askReportPath(const QString &strDir)
 {
     return QFileDialog::getOpenFileName(this, tr("Open Report"), strDir,
-                                        tr("JSON Report") + QStringLiteral("(*.json);;")
-                                            + tr("All Files") + QStringLiteral("(*)"));
+        tr("JSON Report") + QStringLiteral("(*.json);;") + tr("All Files") + QStringLiteral("(*)"));
 }
 
 QString VxMainWindow::askJsonReportPath(const QString &strDir, const QString &strName)
 {
     return Custom::getSaveFileName(this, tr("Export JSON Report"), strDir, strName, QStringLiteral("json"),
-                                   tr("JSON Report") + QStringLiteral("(*.json)"));
+        tr("JSON Report") + QStringLiteral("(*.json)"));
 }
 
 void VxMainWindow::showComparison(VxReportCompareDlg &dialog)
@@ -88,7 +87,8 @@ void VxMainWindow::exportJsonReport()
     QDir().mkpath(strDir);
     // The same name File > Export proposes for the log, so that the two
     // files of one diagnosis sit side by side.
-    const QString strName = QStringLiteral("Log_") + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd_hhmmss"));
+    const QString strName
+        = QStringLiteral("Log_") + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd_hhmmss"));
     const QString strPath = askJsonReportPath(strDir, strName);
     if (strPath.isEmpty())
         return;

@@ -34,16 +34,16 @@ bool load(const QString &strSource, const std::function<QJsonObject()> &freshRep
 
 QString sideName(const QString &strSource)
 {
-    return strSource == QLatin1String("-") ? QCoreApplication::translate("VxCheck", "a diagnosis run now")
-                                           : strSource;
+    return strSource == QLatin1String("-") ? QCoreApplication::translate("VxCheck", "a diagnosis run now") : strSource;
 }
 } // namespace
 
 int run(const Options &options, const std::function<QJsonObject()> &freshReport)
 {
     if (options.reports.size() != 2) {
-        printErr(QCoreApplication::translate("VxCheck", "--compare needs two reports: A.json B.json (- for a "
-                                                        "diagnosis run now)."));
+        printErr(QCoreApplication::translate("VxCheck",
+            "--compare needs two reports: A.json B.json (- for a "
+            "diagnosis run now)."));
         return ExitUsage;
     }
     // Both files are read before a diagnosis runs, so that a wrong name

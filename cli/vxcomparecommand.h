@@ -13,10 +13,10 @@ namespace VxCompareCommand {
 
 struct Options
 {
-    QStringList reports;       // the two positional arguments
-    bool bJson = false;        // --format json
+    QStringList reports; // the two positional arguments
+    bool bJson = false; // --format json
     quint32 uMask = 0xFFFFFFFFu; // --items, or every item
-    QString strOutput;         // --output, or empty for stdout
+    QString strOutput; // --output, or empty for stdout
 };
 
 // Runs the comparison; returns the exit status: 0 no grade differs, 1 a

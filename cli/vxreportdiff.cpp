@@ -23,17 +23,16 @@ constexpr qint64 kMaxReportBytes = 256 * 1024 * 1024;
 // Keys that name an element of an array of objects, tried in this order: the
 // first that every element of both arrays has, with a value unique in each
 // array, matches the elements; otherwise they are matched by position.
-const char *const kIdentityKeys[] = {"portPath", "port", "path", "pciAddress", "address",
-                                     "busNumber", "number", "id",  "name",       "serial"};
+const char *const kIdentityKeys[]
+    = {"portPath", "port", "path", "pciAddress", "address", "busNumber", "number", "id", "name", "serial"};
 
 // Item fields that are not compared: matched on, texts of the report's
 // language, times, and the grade and lines, compared on their own.
 bool isItemFieldSkipped(const QString &strKey)
 {
-    static const QSet<QString> skipped = {QStringLiteral("id"),       QStringLiteral("name"),
-                                          QStringLiteral("group"),    QStringLiteral("available"),
-                                          QStringLiteral("normal"),   QStringLiteral("severity"),
-                                          QStringLiteral("lines"),    QStringLiteral("timeMs")};
+    static const QSet<QString> skipped
+        = {QStringLiteral("id"), QStringLiteral("name"), QStringLiteral("group"), QStringLiteral("available"),
+            QStringLiteral("normal"), QStringLiteral("severity"), QStringLiteral("lines"), QStringLiteral("timeMs")};
     return skipped.contains(strKey);
 }
 
@@ -46,7 +45,7 @@ bool isIdentifier(const QString &strKey)
     for (int i = 0; i < strKey.size(); ++i) {
         const QChar c = strKey.at(i);
         const bool bLetter = (c >= QLatin1Char('a') && c <= QLatin1Char('z'))
-                             || (c >= QLatin1Char('A') && c <= QLatin1Char('Z')) || c == QLatin1Char('_');
+            || (c >= QLatin1Char('A') && c <= QLatin1Char('Z')) || c == QLatin1Char('_');
         if (!bLetter && !(i > 0 && c >= QLatin1Char('0') && c <= QLatin1Char('9')))
             return false;
     }
@@ -60,7 +59,7 @@ QString compactJson(const QJsonValue &value)
     if (value.isArray())
         return QString::fromUtf8(QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact));
     // A scalar: wrapped in an array to let QJsonDocument quote and escape it.
-    const QByteArray bytes = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    const QByteArray bytes = QJsonDocument(QJsonArray {value}).toJson(QJsonDocument::Compact);
     return QString::fromUtf8(bytes.mid(1, bytes.size() - 2));
 }
 
@@ -117,9 +116,9 @@ struct Step
 
     const Step *pParent = nullptr;
     Type type = Root;
-    QString strKey;     // Key: the key; Identity: the identifying key
-    QJsonValue id;      // Identity: its value
-    int nIndex = 0;     // Index
+    QString strKey; // Key: the key; Identity: the identifying key
+    QJsonValue id; // Identity: its value
+    int nIndex = 0; // Index
 
     QString text() const
     {
@@ -165,13 +164,13 @@ public:
             const QString strB = itB != before.constEnd() ? itB.key() : QString();
             const QString strA = itA != after.constEnd() ? itA.key() : QString();
             if (itA == after.constEnd() || (itB != before.constEnd() && strB < strA)) {
-                removed(Step{&at, Step::Key, strB}, itB.value());
+                removed(Step {&at, Step::Key, strB}, itB.value());
                 ++itB;
             } else if (itB == before.constEnd() || strA < strB) {
-                added(Step{&at, Step::Key, strA}, itA.value());
+                added(Step {&at, Step::Key, strA}, itA.value());
                 ++itA;
             } else {
-                value(Step{&at, Step::Key, strB}, itB.value(), itA.value());
+                value(Step {&at, Step::Key, strB}, itB.value(), itA.value());
                 ++itB;
                 ++itA;
             }
@@ -279,7 +278,7 @@ private:
         for (const QJsonValue &value : before) {
             const QJsonObject element = value.toObject();
             const QJsonValue id = element.value(strKey);
-            const Step step{&at, Step::Identity, strKey, id};
+            const Step step {&at, Step::Identity, strKey, id};
             const auto it = afterIndex.constFind(scalarKey(id));
             if (it == afterIndex.constEnd()) {
                 removed(step, element);
@@ -291,7 +290,7 @@ private:
         for (int i = 0; i < after.size(); ++i) {
             if (!matched.at(i)) {
                 const QJsonObject element = after.at(i).toObject();
-                added(Step{&at, Step::Identity, strKey, element.value(strKey)}, element);
+                added(Step {&at, Step::Identity, strKey, element.value(strKey)}, element);
             }
         }
     }
@@ -300,15 +299,14 @@ private:
     {
         const int nCommon = qMin(before.size(), after.size());
         for (int i = 0; i < nCommon; ++i)
-            value(Step{&at, Step::Index, QString(), QJsonValue(), i}, before.at(i), after.at(i));
+            value(Step {&at, Step::Index, QString(), QJsonValue(), i}, before.at(i), after.at(i));
         for (int i = nCommon; i < before.size(); ++i)
-            removed(Step{&at, Step::Index, QString(), QJsonValue(), i}, before.at(i));
+            removed(Step {&at, Step::Index, QString(), QJsonValue(), i}, before.at(i));
         for (int i = nCommon; i < after.size(); ++i)
-            added(Step{&at, Step::Index, QString(), QJsonValue(), i}, after.at(i));
+            added(Step {&at, Step::Index, QString(), QJsonValue(), i}, after.at(i));
     }
 
     QVector<Change> &m_changes;
-
 };
 
 QJsonObject gradeOf(const QJsonObject &item)
@@ -325,7 +323,7 @@ void compareLines(const QJsonObject &before, const QJsonObject &after, QVector<C
     const QJsonArray linesBefore = before.value(QStringLiteral("lines")).toArray();
     const QJsonArray linesAfter = after.value(QStringLiteral("lines")).toArray();
     QVector<Change> lineChanges;
-    Walker(lineChanges).array(Step{nullptr, Step::Root, QStringLiteral("lines")}, linesBefore, linesAfter);
+    Walker(lineChanges).array(Step {nullptr, Step::Root, QStringLiteral("lines")}, linesBefore, linesAfter);
     for (Change &change : lineChanges) {
         change.kind = change.kind == Kind::FactAdded ? Kind::LineAdded : Kind::LineRemoved;
         changes.append(change);
@@ -400,7 +398,8 @@ QString checkItem(const QJsonValue &value, const QString &strSource, const QVect
         return QCoreApplication::translate("VxReportDiff", "%1: item %2 appears twice.").arg(strSource, strId);
     seen.insert(nItem);
     auto invalid = [&](const char *pField) {
-        return QCoreApplication::translate("VxReportDiff", "%1: item %2 has an invalid \"%3\".").arg(strSource, strId, QLatin1String(pField));
+        return QCoreApplication::translate("VxReportDiff", "%1: item %2 has an invalid \"%3\".")
+            .arg(strSource, strId, QLatin1String(pField));
     };
     if (!item.value(QStringLiteral("available")).isBool())
         return invalid("available");
@@ -459,7 +458,8 @@ bool parseReport(const QByteArray &bytes, const QString &strSource, QJsonObject 
     bool bOk = false;
     const int nMajor = strVersion.section(QLatin1Char('.'), 0, 0).toInt(&bOk);
     if (!bOk || nMajor != VX_REPORT_MAJOR)
-        return fail(QCoreApplication::translate("VxReportDiff", "%1 comes from vetrix-check version \"%2\"; this version compares reports of version %3.x.")
+        return fail(QCoreApplication::translate(
+            "VxReportDiff", "%1 comes from vetrix-check version \"%2\"; this version compares reports of version %3.x.")
                         .arg(strSource, strVersion)
                         .arg(VX_REPORT_MAJOR));
     if (!report.value(QStringLiteral("items")).isArray())
@@ -558,9 +558,12 @@ QString valueText(const QString &strPath, const QJsonValue &value, int nMaxChars
 {
     QString strText;
     if (strPath == QLatin1String("normal") && !value.isUndefined())
-        strText = value.isNull() ? QCoreApplication::translate("VxReportDiff", "no grade") : value.toBool() ? QCoreApplication::translate("VxReportDiff", "normal") : QCoreApplication::translate("VxReportDiff", "exceptional");
+        strText = value.isNull() ? QCoreApplication::translate("VxReportDiff", "no grade")
+            : value.toBool()     ? QCoreApplication::translate("VxReportDiff", "normal")
+                                 : QCoreApplication::translate("VxReportDiff", "exceptional");
     else if (strPath == QLatin1String("available") && value.isBool())
-        strText = value.toBool() ? QCoreApplication::translate("VxReportDiff", "available") : QCoreApplication::translate("VxReportDiff", "not available");
+        strText = value.toBool() ? QCoreApplication::translate("VxReportDiff", "available")
+                                 : QCoreApplication::translate("VxReportDiff", "not available");
     else if (strPath == QLatin1String("severity") && value.isNull())
         strText = QCoreApplication::translate("VxReportDiff", "no grade");
     else if (strPath.isEmpty() && value.isObject()) {
@@ -571,7 +574,8 @@ QString valueText(const QString &strPath, const QJsonValue &value, int nMaxChars
         else if (grade.value(QStringLiteral("normal")).toBool())
             strText = QCoreApplication::translate("VxReportDiff", "normal");
         else
-            strText = QCoreApplication::translate("VxReportDiff", "exceptional, severity %1").arg(grade.value(QStringLiteral("severity")).toInt());
+            strText = QCoreApplication::translate("VxReportDiff", "exceptional, severity %1")
+                          .arg(grade.value(QStringLiteral("severity")).toInt());
     } else if (!value.isUndefined())
         strText = compactJson(value);
     if (nMaxChars > 0 && strText.size() > nMaxChars)
@@ -583,22 +587,26 @@ QString summaryText(const Result &result)
 {
     if (result.isEmpty())
         return QCoreApplication::translate("VxReportDiff", "No differences.");
-    return QCoreApplication::translate("VxReportDiff", "Items that differ: %1. Grade changes: %2.").arg(result.items.size()).arg(result.gradeChangeCount());
+    return QCoreApplication::translate("VxReportDiff", "Items that differ: %1. Grade changes: %2.")
+        .arg(result.items.size())
+        .arg(result.gradeChangeCount());
 }
 
 QString text(const Result &result, const QString &strBefore, const QString &strAfter)
 {
-    QString strText = QCoreApplication::translate("VxReportDiff", "Before: %1").arg(strBefore) + QLatin1Char('\n') + QCoreApplication::translate("VxReportDiff", "After: %1").arg(strAfter)
-                      + QStringLiteral("\n\n");
+    QString strText = QCoreApplication::translate("VxReportDiff", "Before: %1").arg(strBefore) + QLatin1Char('\n')
+        + QCoreApplication::translate("VxReportDiff", "After: %1").arg(strAfter) + QStringLiteral("\n\n");
     for (const ItemDiff &item : result.items) {
         strText += QStringLiteral("[%1] %2").arg(item.nItem).arg(item.strName);
         if (item.bGradeChanged)
-            strText += QStringLiteral("  (") + QCoreApplication::translate("VxReportDiff", "grade changed") + QLatin1Char(')');
+            strText += QStringLiteral("  (") + QCoreApplication::translate("VxReportDiff", "grade changed")
+                + QLatin1Char(')');
         strText += QLatin1Char('\n');
         for (const Change &change : item.changes) {
             strText += QStringLiteral("    ") + kindText(change.kind);
             if (change.kind == Kind::ItemAdded || change.kind == Kind::ItemRemoved) {
-                strText += QStringLiteral(": ") + valueText(QString(), change.after.isUndefined() ? change.before : change.after);
+                strText += QStringLiteral(": ")
+                    + valueText(QString(), change.after.isUndefined() ? change.before : change.after);
             } else {
                 strText += QLatin1Char(' ') + change.strPath + QStringLiteral(": ");
                 if (change.before.isUndefined())
@@ -607,7 +615,7 @@ QString text(const Result &result, const QString &strBefore, const QString &strA
                     strText += valueText(change.strPath, change.before);
                 else
                     strText += valueText(change.strPath, change.before) + QStringLiteral(" -> ")
-                               + valueText(change.strPath, change.after);
+                        + valueText(change.strPath, change.after);
             }
             strText += QLatin1Char('\n');
         }

@@ -16,8 +16,8 @@
 namespace VxReportDiff {
 
 enum class Kind {
-    ItemAdded,    // only in the second report
-    ItemRemoved,  // only in the first report
+    ItemAdded, // only in the second report
+    ItemRemoved, // only in the first report
     GradeChanged, // available, normal or severity
     FactAdded,
     FactRemoved,
@@ -30,11 +30,13 @@ enum class Kind {
 struct Change
 {
     Kind kind = Kind::FactChanged;
-    // "normal", "facts.cpu", "facts.tree.controllers[pciAddress=0000:00:14.0].devices[2]"
-    // (see pathText); empty for an item added or removed.
+    // "normal", "facts.cpu", "facts.tree.controllers[pciAddress=0000:00:14.0].devices[2]":
+    // keys joined by dots (["key"] for keys that are not plain words), list
+    // elements by an identifying key ([key=value]) or by position ([n]).
+    // Empty for an item added or removed.
     QString strPath;
-    QJsonValue before{QJsonValue::Undefined};
-    QJsonValue after{QJsonValue::Undefined};
+    QJsonValue before {QJsonValue::Undefined};
+    QJsonValue after {QJsonValue::Undefined};
 };
 
 struct ItemDiff

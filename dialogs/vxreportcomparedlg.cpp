@@ -18,8 +18,8 @@ namespace {
 const int kMargin = 20;
 } // namespace
 
-VxReportCompareDlg::VxReportCompareDlg(const VxReportDiff::Result &result, const QString &strReportPath,
-                                       QWidget *pParent)
+VxReportCompareDlg::VxReportCompareDlg(
+    const VxReportDiff::Result &result, const QString &strReportPath, QWidget *pParent)
     : CustomMainWindow(pParent)
     , m_result(result)
     , m_strReportPath(strReportPath)
@@ -48,8 +48,8 @@ bool VxReportCompareDlg::init()
     auto *pLayout = pBody ? new (std::nothrow) QVBoxLayout(pBody) : nullptr;
     if (!m_pTips || !m_pTree || !pLayout)
         return false;
-    m_pTips->setIcon(QLatin1String(m_result.gradesDiffer() ? VxTipsWidget::kWarningIcon
-                                                           : VxTipsWidget::kInformationIcon));
+    m_pTips->setIcon(
+        QLatin1String(m_result.gradesDiffer() ? VxTipsWidget::kWarningIcon : VxTipsWidget::kInformationIcon));
     m_pTree->setColumnCount(4);
     m_pTree->setRootIsDecorated(true);
     m_pTree->setUniformRowHeights(true);
@@ -91,11 +91,10 @@ void VxReportCompareDlg::fillTree()
         // The item's name in the language on screen; the report's own for an
         // id this program does not name.
         const QString strName = VxItems::itemName(item.nItem);
-        QString strHeading =
-            QStringLiteral("[%1] %2").arg(item.nItem).arg(strName.isEmpty() ? item.strName : strName);
+        QString strHeading = QStringLiteral("[%1] %2").arg(item.nItem).arg(strName.isEmpty() ? item.strName : strName);
         if (item.bGradeChanged)
-            strHeading += QStringLiteral("  (") + VxReportDiff::kindText(VxReportDiff::Kind::GradeChanged)
-                          + QLatin1Char(')');
+            strHeading
+                += QStringLiteral("  (") + VxReportDiff::kindText(VxReportDiff::Kind::GradeChanged) + QLatin1Char(')');
         pItemRow->setText(ColChange, strHeading);
         pItemRow->setFirstColumnSpanned(true);
         QFont font = pItemRow->font(ColChange);
@@ -107,10 +106,10 @@ void VxReportCompareDlg::fillTree()
             pRow->setText(ColFact, change.strPath);
             pRow->setToolTip(ColFact, change.strPath);
             // An item only one report has: its grade stands in for facts.
-            const QString strPath = (change.kind == VxReportDiff::Kind::ItemAdded
-                                     || change.kind == VxReportDiff::Kind::ItemRemoved)
-                                        ? QString()
-                                        : change.strPath;
+            const QString strPath
+                = (change.kind == VxReportDiff::Kind::ItemAdded || change.kind == VxReportDiff::Kind::ItemRemoved)
+                ? QString()
+                : change.strPath;
             const QString strBefore = VxReportDiff::valueText(strPath, change.before);
             const QString strAfter = VxReportDiff::valueText(strPath, change.after);
             pRow->setText(ColReport, strBefore);
@@ -134,8 +133,8 @@ void VxReportCompareDlg::retranslateTexts()
 void VxReportCompareDlg::updateTips()
 {
     // The hint wraps to the dialog's width; its text is set again unwrapped.
-    m_pTips->setText(tr("Report: %1").arg(m_strReportPath) + QStringLiteral("\r\n")
-                     + VxReportDiff::summaryText(m_result));
+    m_pTips->setText(
+        tr("Report: %1").arg(m_strReportPath) + QStringLiteral("\r\n") + VxReportDiff::summaryText(m_result));
     m_pTips->setFixedWidth(qMax(64, width() - 2 * cFrameMargin() - 2 * kMargin));
     m_pTips->adjustHeight();
 }

@@ -33,19 +33,12 @@ QJsonObject device(const QString &strPort, int nIndex, bool bSecond)
     const bool bChanged = bSecond && nIndex % 50 == 7;
     QJsonArray interfaces;
     for (int n = 0; n < 2; ++n)
-        interfaces << QJsonObject{{"number", n}, {"class", 0xEF}, {"subclass", 5}, {"protocol", n}, {"driver", "u3v"}};
-    return QJsonObject{{"port", strPort},
-                       {"address", nIndex % 127 + 1},
-                       {"vendorId", "1ab2"},
-                       {"productId", QStringLiteral("%1").arg(nIndex % 16, 4, 16, QLatin1Char('0'))},
-                       {"vendor", "Orvex Imaging"},
-                       {"product", "USB3 Vision Camera"},
-                       {"serial", QStringLiteral("SN%1").arg(100000 + nIndex)},
-                       {"speed", bChanged ? 480 : 5000},
-                       {"bcdUSB", "0320"},
-                       {"configuration", 1},
-                       {"maxPowerMa", 896},
-                       {"interfaces", interfaces}};
+        interfaces << QJsonObject {{"number", n}, {"class", 0xEF}, {"subclass", 5}, {"protocol", n}, {"driver", "u3v"}};
+    return QJsonObject {{"port", strPort}, {"address", nIndex % 127 + 1}, {"vendorId", "1ab2"},
+        {"productId", QStringLiteral("%1").arg(nIndex % 16, 4, 16, QLatin1Char('0'))}, {"vendor", "Orvex Imaging"},
+        {"product", "USB3 Vision Camera"}, {"serial", QStringLiteral("SN%1").arg(100000 + nIndex)},
+        {"speed", bChanged ? 480 : 5000}, {"bcdUSB", "0320"}, {"configuration", 1}, {"maxPowerMa", 896},
+        {"interfaces", interfaces}};
 }
 
 QJsonObject report(bool bSecond)
@@ -65,23 +58,21 @@ QJsonObject report(bool bSecond)
             }
             if (bSecond && h == 0)
                 devices << device(QStringLiteral("%1.%2").arg(strHub).arg(kDevicesPerHub + 1), nIndex, bSecond);
-            hubs << QJsonObject{{"port", strHub}, {"product", "USB 3.0 Hub"}, {"speed", 5000}, {"ports", 7},
-                                {"devices", devices}};
+            hubs << QJsonObject {
+                {"port", strHub}, {"product", "USB 3.0 Hub"}, {"speed", 5000}, {"ports", 7}, {"devices", devices}};
         }
-        controllers << QJsonObject{{"pciAddress", QStringLiteral("0000:%1:00.0").arg(c + 1, 2, 10, QLatin1Char('0'))},
-                                   {"name", "xHCI Host Controller"},
-                                   {"driver", "xhci_hcd"},
-                                   {"hubs", hubs}};
+        controllers << QJsonObject {{"pciAddress", QStringLiteral("0000:%1:00.0").arg(c + 1, 2, 10, QLatin1Char('0'))},
+            {"name", "xHCI Host Controller"}, {"driver", "xhci_hcd"}, {"hubs", hubs}};
     }
     auto item = [](int nItem, const QJsonObject &facts) {
-        return QJsonObject{{"id", nItem},      {"name", "Item"}, {"group", "Group"},     {"available", true},
-                           {"normal", true},   {"severity", 0},  {"facts", facts},       {"lines", QJsonArray{"line"}}};
+        return QJsonObject {{"id", nItem}, {"name", "Item"}, {"group", "Group"}, {"available", true}, {"normal", true},
+            {"severity", 0}, {"facts", facts}, {"lines", QJsonArray {"line"}}};
     };
     QJsonArray items;
-    items << item(32, QJsonObject{{"driverDesc", "xHCI"}, {"driverVersion", "6.1"}});
-    items << item(512, QJsonObject{{"hasTree", true}, {"tree", QJsonObject{{"controllers", controllers}}}});
-    items << item(2048, QJsonObject{{"cpu", "Cpu"}, {"cpuCount", "8"}});
-    return QJsonObject{{"tool", "vetrix-check"}, {"version", "4.1.0"}, {"items", items}};
+    items << item(32, QJsonObject {{"driverDesc", "xHCI"}, {"driverVersion", "6.1"}});
+    items << item(512, QJsonObject {{"hasTree", true}, {"tree", QJsonObject {{"controllers", controllers}}}});
+    items << item(2048, QJsonObject {{"cpu", "Cpu"}, {"cpuCount", "8"}});
+    return QJsonObject {{"tool", "vetrix-check"}, {"version", "4.1.0"}, {"items", items}};
 }
 
 // The two report files, written once.
@@ -159,10 +150,10 @@ void BM_CompareProgram(benchmark::State &state)
     // The program's own processor time, which a busy machine does not
     // inflate the way it does the wall-clock time.
     auto childCpuMs = [] {
-        rusage usage{};
+        rusage usage {};
         getrusage(RUSAGE_CHILDREN, &usage);
         return (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e3
-               + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e3;
+            + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e3;
     };
     const double dStartCpu = childCpuMs();
     for (auto _ : state) {
@@ -175,8 +166,8 @@ void BM_CompareProgram(benchmark::State &state)
             break;
         }
     }
-    state.counters["program_cpu_ms"] =
-        state.iterations() ? (childCpuMs() - dStartCpu) / double(state.iterations()) : 0.0;
+    state.counters["program_cpu_ms"]
+        = state.iterations() ? (childCpuMs() - dStartCpu) / double(state.iterations()) : 0.0;
 }
 BENCHMARK(BM_CompareProgram)->Unit(benchmark::kMillisecond)->UseRealTime();
 

@@ -17,27 +17,28 @@ namespace {
 QJsonObject report(bool bAfter)
 {
     auto device = [](const QString &strPort, int nSpeed) {
-        return QJsonObject{{"port", strPort},   {"vendorId", "1ab2"}, {"productId", "0001"},
-                           {"product", "USB3 Vision Camera"}, {"speed", nSpeed}};
+        return QJsonObject {{"port", strPort}, {"vendorId", "1ab2"}, {"productId", "0001"},
+            {"product", "USB3 Vision Camera"}, {"speed", nSpeed}};
     };
-    QJsonArray devices{device("2-1", 5000)};
+    QJsonArray devices {device("2-1", 5000)};
     devices << device("2-2", bAfter ? 480 : 5000);
     if (bAfter)
-        devices << QJsonObject{{"port", "2-3"}, {"product", "USB Keyboard"}, {"speed", 12}};
-    const QJsonObject usbFacts{
-        {"hasTree", true},
-        {"tree", QJsonObject{{"controllers", QJsonArray{QJsonObject{{"pciAddress", "0000:00:14.0"},
-                                                                    {"name", "xHCI Host Controller"},
-                                                                    {"devices", devices}}}}}}};
+        devices << QJsonObject {{"port", "2-3"}, {"product", "USB Keyboard"}, {"speed", 12}};
+    const QJsonObject usbFacts {{"hasTree", true},
+        {"tree",
+            QJsonObject {{"controllers",
+                QJsonArray {QJsonObject {
+                    {"pciAddress", "0000:00:14.0"}, {"name", "xHCI Host Controller"}, {"devices", devices}}}}}}};
     QJsonArray items;
-    items << QJsonObject{{"id", 8}, {"name", "USB3 Vision Driver"}, {"available", true}, {"normal", !bAfter},
-                         {"severity", bAfter ? 1 : 0}};
-    items << QJsonObject{{"id", 512}, {"name", "USB Controller Information"}, {"available", true}, {"normal", true},
-                         {"severity", 0}, {"facts", usbFacts}};
-    items << QJsonObject{{"id", 2048}, {"name", "Systm Info"}, {"available", true}, {"normal", true}, {"severity", 0},
-                         {"facts", QJsonObject{{"cpu", bAfter ? "Intel(R) Core(TM) i7-9700" : "Intel(R) Core(TM) i5-8400"},
-                                               {"cpuCount", "8"}}}};
-    return QJsonObject{{"tool", "vetrix-check"}, {"version", "4.1.0"}, {"items", items}};
+    items << QJsonObject {{"id", 8}, {"name", "USB3 Vision Driver"}, {"available", true}, {"normal", !bAfter},
+        {"severity", bAfter ? 1 : 0}};
+    items << QJsonObject {{"id", 512}, {"name", "USB Controller Information"}, {"available", true}, {"normal", true},
+        {"severity", 0}, {"facts", usbFacts}};
+    items << QJsonObject {{"id", 2048}, {"name", "Systm Info"}, {"available", true}, {"normal", true}, {"severity", 0},
+        {"facts",
+            QJsonObject {
+                {"cpu", bAfter ? "Intel(R) Core(TM) i7-9700" : "Intel(R) Core(TM) i5-8400"}, {"cpuCount", "8"}}}};
+    return QJsonObject {{"tool", "vetrix-check"}, {"version", "4.1.0"}, {"items", items}};
 }
 
 } // namespace
@@ -58,7 +59,7 @@ int main(int argc, char *argv[])
 
     const QJsonObject before = report(false);
     const QJsonObject after = parser.isSet(QStringLiteral("same")) ? before : report(true);
-    VxReportCompareDlg dialog(VxReportDiff::compare(before, after),
-                              QStringLiteral("/home/support/Data/VetrixTool/Log_20250225_140309.json"));
+    VxReportCompareDlg dialog(
+        VxReportDiff::compare(before, after), QStringLiteral("/home/support/Data/VetrixTool/Log_20250225_140309.json"));
     return dialog.exec();
 }

@@ -19,7 +19,7 @@ class TestWindow : public VxMainWindow
 {
 public:
     QString strReportPath; // what the open dialog "chooses"
-    QString strJsonPath;   // what the save dialog "chooses"
+    QString strJsonPath; // what the save dialog "chooses"
     int nAsked = 0;
     int nShown = 0;
     QStringList listTopRows;
@@ -27,8 +27,8 @@ public:
     bool bTreeShown = false;
 
 protected:
-    void openAbout() override {}
-    void openDumpTool() override {}
+    void openAbout() override { }
+    void openDumpTool() override { }
     QString askReportPath(const QString &) override
     {
         ++nAsked;
@@ -117,9 +117,8 @@ void TestVxMainWindowReport::diagnose(TestWindow &window)
 {
     window.page()->worker()->setItemPause(0);
     window.page()->onOperateClicked2();
-    QTRY_VERIFY_WITH_TIMEOUT(window.page()->isWorkerIdle()
-                                 && window.page()->state() == VxOneKeyWidget::DetectFinished,
-                             20000);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        window.page()->isWorkerIdle() && window.page()->state() == VxOneKeyWidget::DetectFinished, 20000);
 }
 
 void TestVxMainWindowReport::menuEntries()
@@ -146,7 +145,7 @@ void TestVxMainWindowReport::beforeDiagnosisSaysSo()
     window.strReportPath = m_files.filePath("never.json");
     ModalCloser closer;
     window.OnMenuActionTriggered(window.action(VxMainWindow::ActCompareReport));
-    QCOMPARE(closer.listTexts, QStringList{"No diagnosis has run yet. Start the diagnosis first."});
+    QCOMPARE(closer.listTexts, QStringList {"No diagnosis has run yet. Start the diagnosis first."});
     QCOMPARE(window.nAsked, 0);
     QCOMPARE(window.nShown, 0);
 }
@@ -161,7 +160,7 @@ void TestVxMainWindowReport::exportThenCompare()
     window.strJsonPath = m_files.filePath("saved.json");
     window.OnMenuActionTriggered(window.action(VxMainWindow::ActExportJson));
     QVERIFY2(window.strProposed.startsWith("Log_"), qPrintable(window.strProposed));
-    QCOMPARE(closer.listTexts, QStringList{"saved " + window.strJsonPath});
+    QCOMPARE(closer.listTexts, QStringList {"saved " + window.strJsonPath});
     QJsonObject saved;
     QString strError;
     QVERIFY2(VxReportDiff::readReport(window.strJsonPath, &saved, &strError), qPrintable(strError));
@@ -169,7 +168,7 @@ void TestVxMainWindowReport::exportThenCompare()
     QList<int> ids;
     for (const QJsonValue &value : saved.value("items").toArray())
         ids << value.toObject().value("id").toInt();
-    QCOMPARE(ids, (QList<int>{1, 2, 4, 8, 32, 512, 1024, 256, 128, 2048}));
+    QCOMPARE(ids, (QList<int> {1, 2, 4, 8, 32, 512, 1024, 256, 128, 2048}));
 
     // The same diagnosis: nothing differs.
     window.strReportPath = window.strJsonPath;
@@ -195,7 +194,7 @@ void TestVxMainWindowReport::exportThenCompare()
     QVERIFY(window.bTreeShown);
     QCOMPARE(window.listTopRows.size(), 1);
     QVERIFY2(window.listTopRows.first().startsWith("[1] ") && window.listTopRows.first().endsWith("(grade changed)"),
-             qPrintable(window.listTopRows.first()));
+        qPrintable(window.listTopRows.first()));
     QCOMPARE(closer.listTexts.size(), 1); // no box besides the save hint
 }
 
@@ -213,7 +212,7 @@ void TestVxMainWindowReport::badReportIsRefused()
     QCOMPARE(window.nShown, 0);
     QCOMPARE(closer.listTexts.size(), 1);
     QVERIFY2(closer.listTexts.first().startsWith(file.fileName() + " is not a JSON report"),
-             qPrintable(closer.listTexts.first()));
+        qPrintable(closer.listTexts.first()));
 
     // Cancelling the open dialog does nothing.
     window.strReportPath.clear();

@@ -84,8 +84,8 @@ QString TestVetrixCheckCompare::writeFile(const QString &strName, const QByteArr
     return strPath;
 }
 
-QString TestVetrixCheckCompare::editedCopy(const QString &strName, int nItem,
-                                           const std::function<void(QJsonObject &)> &f)
+QString TestVetrixCheckCompare::editedCopy(
+    const QString &strName, int nItem, const std::function<void(QJsonObject &)> &f)
 {
     QFile file(m_strFirst);
     if (!file.open(QIODevice::ReadOnly))
@@ -137,13 +137,14 @@ void TestVetrixCheckCompare::factDiffersWithoutGrade()
 {
     const QString strEdited = editedCopy("fact.json", 1, [](QJsonObject &item) {
         QJsonObject facts = item.value("facts").toObject();
-        facts["foundFiles"] = QJsonObject{{"libOld.so", QJsonArray{"/opt/old"}}};
+        facts["foundFiles"] = QJsonObject {{"libOld.so", QJsonArray {"/opt/old"}}};
         item["facts"] = facts;
     });
     QVERIFY(!strEdited.isEmpty());
     const Result result = run({"--compare", strEdited, m_strSecond});
     QCOMPARE(result.nExit, 0);
-    QVERIFY2(result.out.contains("    removed facts.foundFiles[\"libOld.so\"]: [\"/opt/old\"]\n"), result.out.constData());
+    QVERIFY2(
+        result.out.contains("    removed facts.foundFiles[\"libOld.so\"]: [\"/opt/old\"]\n"), result.out.constData());
     QVERIFY(result.out.endsWith("Items that differ: 1. Grade changes: 0.\n"));
 }
 
@@ -158,7 +159,7 @@ void TestVetrixCheckCompare::gradeDiffers()
     QCOMPARE(result.nExit, 1);
     QVERIFY2(result.out.contains("  (grade changed)\n    grade changed normal: exceptional -> normal\n"
                                  "    grade changed severity: 2 -> 0\n"),
-             result.out.constData());
+        result.out.constData());
     // A fresh run on the other side: the same difference.
     QCOMPARE(run({"--compare", strEdited, "-"}).nExit, 1);
 }
@@ -219,20 +220,21 @@ void TestVetrixCheckCompare::badInput_data()
     const QString strOther = writeFile("other.json", R"({"tool":"lsusb","version":"4.1.0","items":[]})");
     const QString strOld = writeFile("old.json", R"({"tool":"vetrix-check","version":"3.2.0","items":[]})");
     const QString strUnknown = editedCopy("unknown.json", 1, [](QJsonObject &item) { item["id"] = 3; });
-    QTest::addRow("one report") << QStringList{"--compare", m_strFirst} << "--compare needs two reports";
-    QTest::addRow("three reports") << QStringList{"--compare", m_strFirst, m_strFirst, m_strFirst}
+    QTest::addRow("one report") << QStringList {"--compare", m_strFirst} << "--compare needs two reports";
+    QTest::addRow("three reports") << QStringList {"--compare", m_strFirst, m_strFirst, m_strFirst}
                                    << "--compare needs two reports";
-    QTest::addRow("missing file") << QStringList{"--compare", strMissing, "-"} << "Cannot read \"" + strMissing + "\".";
-    QTest::addRow("folder") << QStringList{"--compare", m_strFirst, m_files.path()}
+    QTest::addRow("missing file") << QStringList {"--compare", strMissing, "-"}
+                                  << "Cannot read \"" + strMissing + "\".";
+    QTest::addRow("folder") << QStringList {"--compare", m_strFirst, m_files.path()}
                             << "Cannot read \"" + m_files.path() + "\".";
-    QTest::addRow("text log") << QStringList{"--compare", strText, m_strFirst} << strText + " is not a JSON report";
-    QTest::addRow("other tool") << QStringList{"--compare", m_strFirst, strOther}
+    QTest::addRow("text log") << QStringList {"--compare", strText, m_strFirst} << strText + " is not a JSON report";
+    QTest::addRow("other tool") << QStringList {"--compare", m_strFirst, strOther}
                                 << strOther + " is not a vetrix-check report.";
-    QTest::addRow("old version") << QStringList{"--compare", strOld, m_strFirst}
+    QTest::addRow("old version") << QStringList {"--compare", strOld, m_strFirst}
                                  << strOld + " comes from vetrix-check version \"3.2.0\"";
-    QTest::addRow("unknown item") << QStringList{"--compare", m_strFirst, strUnknown}
+    QTest::addRow("unknown item") << QStringList {"--compare", m_strFirst, strUnknown}
                                   << strUnknown + ": item 3 is unknown.";
-    QTest::addRow("unknown format") << QStringList{"--compare", m_strFirst, m_strSecond, "--format", "xml"}
+    QTest::addRow("unknown format") << QStringList {"--compare", m_strFirst, m_strSecond, "--format", "xml"}
                                     << "Unknown format";
 }
 

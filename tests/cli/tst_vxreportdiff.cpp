@@ -35,49 +35,40 @@ using Mutation = std::function<void(QJsonObject &)>;
 
 QJsonObject device(const QString &strPort, int nSubclass)
 {
-    return QJsonObject{{"port", strPort},
-                       {"vendorId", "1ab2"},
-                       {"productId", "0001"},
-                       {"product", "Camera " + strPort},
-                       {"speed", 5000},
-                       {"configuration", 1},
-                       {"interfaces",
-                        QJsonArray{QJsonObject{{"number", 0}, {"class", 239}, {"subclass", nSubclass}, {"protocol", 0}},
-                                   QJsonObject{{"number", 1}, {"class", 239}, {"subclass", 5}, {"protocol", 1}}}}};
+    return QJsonObject {{"port", strPort}, {"vendorId", "1ab2"}, {"productId", "0001"},
+        {"product", "Camera " + strPort}, {"speed", 5000}, {"configuration", 1},
+        {"interfaces",
+            QJsonArray {QJsonObject {{"number", 0}, {"class", 239}, {"subclass", nSubclass}, {"protocol", 0}},
+                QJsonObject {{"number", 1}, {"class", 239}, {"subclass", 5}, {"protocol", 1}}}}};
 }
 
 QJsonObject usbFacts()
 {
-    const QJsonObject hub{{"port", "1-1"},
-                          {"product", "Hub"},
-                          {"speed", 5000},
-                          {"devices", QJsonArray{device("1-1.1", 5), device("1-1.2", 5)}}};
-    const QJsonObject controller{{"pciAddress", "0000:00:14.0"},
-                                 {"name", "xHCI Host Controller"},
-                                 {"driver", "xhci_hcd"},
-                                 {"hubs", QJsonArray{hub}}};
-    return QJsonObject{{"hasTree", true}, {"tree", QJsonObject{{"controllers", QJsonArray{controller}}}}};
+    const QJsonObject hub {{"port", "1-1"}, {"product", "Hub"}, {"speed", 5000},
+        {"devices", QJsonArray {device("1-1.1", 5), device("1-1.2", 5)}}};
+    const QJsonObject controller {{"pciAddress", "0000:00:14.0"}, {"name", "xHCI Host Controller"},
+        {"driver", "xhci_hcd"}, {"hubs", QJsonArray {hub}}};
+    return QJsonObject {{"hasTree", true}, {"tree", QJsonObject {{"controllers", QJsonArray {controller}}}}};
 }
 
 QJsonObject item(int nItem, const QString &strName, bool bNormal, const QJsonObject &facts, const QStringList &lines)
 {
-    return QJsonObject{{"id", nItem},         {"name", strName},         {"group", "Group"},
-                       {"available", true},   {"normal", bNormal},       {"severity", bNormal ? 0 : 1},
-                       {"facts", facts},      {"lines", QJsonArray::fromStringList(lines)}};
+    return QJsonObject {{"id", nItem}, {"name", strName}, {"group", "Group"}, {"available", true}, {"normal", bNormal},
+        {"severity", bNormal ? 0 : 1}, {"facts", facts}, {"lines", QJsonArray::fromStringList(lines)}};
 }
 
 QJsonObject baseReport()
 {
     QJsonArray items;
     items << item(1, "SDK Diagnosis", true,
-                  QJsonObject{{"foundFiles", QJsonObject{{"libA.so", QJsonArray{"/usr/lib", "/opt/lib"}}}}},
-                  {" No other SDK files were found"});
+        QJsonObject {{"foundFiles", QJsonObject {{"libA.so", QJsonArray {"/usr/lib", "/opt/lib"}}}}},
+        {" No other SDK files were found"});
     items << item(8, "USB3 Vision Driver", true, QJsonObject(), {"USB driver is installed."});
     items << item(512, "USB Controller Information", true, usbFacts(), {"Controller", "  Hub", "    Camera"});
-    items << QJsonObject{{"id", 1024}, {"name", "Firewall"}, {"group", "Group"},     {"available", false},
-                         {"normal", QJsonValue::Null},       {"severity", QJsonValue::Null}, {"lines", QJsonArray{"n/a"}}};
-    items << item(2048, "Systm Info", true, QJsonObject{{"cpu", "Cpu A"}, {"cpuCount", "4"}}, {"CPU : Cpu A"});
-    return QJsonObject{{"tool", "vetrix-check"}, {"version", "4.1.0"}, {"items", items}};
+    items << QJsonObject {{"id", 1024}, {"name", "Firewall"}, {"group", "Group"}, {"available", false},
+        {"normal", QJsonValue::Null}, {"severity", QJsonValue::Null}, {"lines", QJsonArray {"n/a"}}};
+    items << item(2048, "Systm Info", true, QJsonObject {{"cpu", "Cpu A"}, {"cpuCount", "4"}}, {"CPU : Cpu A"});
+    return QJsonObject {{"tool", "vetrix-check"}, {"version", "4.1.0"}, {"items", items}};
 }
 
 // Applies f to the item with the id, in place.
@@ -162,56 +153,82 @@ void TestVxReportDiff::oneDifference_data()
     QTest::addColumn<QString>("after");
     QTest::addColumn<bool>("grades");
 
-    QTest::addRow("fact changed") << Mutation([](QJsonObject &r) {
-        editFacts(r, 2048, [](QJsonObject &f) { f["cpu"] = "Cpu B"; });
-    }) << 2048 << Kind::FactChanged << "facts.cpu" << "\"Cpu A\"" << "\"Cpu B\"" << false;
-    QTest::addRow("fact added") << Mutation([](QJsonObject &r) {
-        editFacts(r, 2048, [](QJsonObject &f) { f["resolution"] = "1920*1080"; });
-    }) << 2048 << Kind::FactAdded << "facts.resolution" << "" << "\"1920*1080\"" << false;
-    QTest::addRow("fact removed") << Mutation([](QJsonObject &r) {
-        editFacts(r, 2048, [](QJsonObject &f) { f.remove("cpuCount"); });
-    }) << 2048 << Kind::FactRemoved << "facts.cpuCount" << "\"4\"" << "" << false;
-    QTest::addRow("normal to exceptional") << Mutation([](QJsonObject &r) {
-        editItem(r, 8, [](QJsonObject &o) { o["normal"] = false; });
-    }) << 8 << Kind::GradeChanged << "normal" << "true" << "false" << true;
-    QTest::addRow("severity") << Mutation([](QJsonObject &r) {
-        editItem(r, 8, [](QJsonObject &o) { o["severity"] = 2; });
-    }) << 8 << Kind::GradeChanged << "severity" << "0" << "2" << true;
-    QTest::addRow("available") << Mutation([](QJsonObject &r) {
-        editItem(r, 1024, [](QJsonObject &o) { o["available"] = true; });
-    }) << 1024 << Kind::GradeChanged << "available" << "false" << "true" << true;
+    QTest::addRow("fact changed") << Mutation(
+        [](QJsonObject &r) { editFacts(r, 2048, [](QJsonObject &f) { f["cpu"] = "Cpu B"; }); })
+                                  << 2048 << Kind::FactChanged << "facts.cpu"
+                                  << "\"Cpu A\""
+                                  << "\"Cpu B\"" << false;
+    QTest::addRow("fact added") << Mutation(
+        [](QJsonObject &r) { editFacts(r, 2048, [](QJsonObject &f) { f["resolution"] = "1920*1080"; }); })
+                                << 2048 << Kind::FactAdded << "facts.resolution"
+                                << ""
+                                << "\"1920*1080\"" << false;
+    QTest::addRow("fact removed") << Mutation(
+        [](QJsonObject &r) { editFacts(r, 2048, [](QJsonObject &f) { f.remove("cpuCount"); }); })
+                                  << 2048 << Kind::FactRemoved << "facts.cpuCount"
+                                  << "\"4\""
+                                  << "" << false;
+    QTest::addRow("normal to exceptional")
+        << Mutation([](QJsonObject &r) { editItem(r, 8, [](QJsonObject &o) { o["normal"] = false; }); }) << 8
+        << Kind::GradeChanged << "normal"
+        << "true"
+        << "false" << true;
+    QTest::addRow("severity") << Mutation(
+        [](QJsonObject &r) { editItem(r, 8, [](QJsonObject &o) { o["severity"] = 2; }); })
+                              << 8 << Kind::GradeChanged << "severity"
+                              << "0"
+                              << "2" << true;
+    QTest::addRow("available") << Mutation(
+        [](QJsonObject &r) { editItem(r, 1024, [](QJsonObject &o) { o["available"] = true; }); })
+                               << 1024 << Kind::GradeChanged << "available"
+                               << "false"
+                               << "true" << true;
     QTest::addRow("item added") << Mutation([](QJsonObject &r) {
         QJsonArray items = r.value("items").toArray();
         items << item(4, "GigE Vision Driver", false, QJsonObject(), {" GigE driver is not installed."});
         r["items"] = items;
-    }) << 4 << Kind::ItemAdded << "" << "" << "{\"available\":true,\"normal\":false,\"severity\":1}" << true;
-    QTest::addRow("item removed") << Mutation([](QJsonObject &r) { removeItem(r, 1); }) << 1 << Kind::ItemRemoved
-                                  << "" << "{\"available\":true,\"normal\":true,\"severity\":0}" << "" << true;
-    QTest::addRow("nested fact deep in the tree") << Mutation([](QJsonObject &r) {
-        editDevices(r, [](QJsonArray &d) { d[1] = device("1-1.2", 6); });
-    }) << 512 << Kind::FactChanged
+    }) << 4 << Kind::ItemAdded << ""
+                                << ""
+                                << "{\"available\":true,\"normal\":false,\"severity\":1}" << true;
+    QTest::addRow("item removed") << Mutation([](QJsonObject &r) { removeItem(r, 1); }) << 1 << Kind::ItemRemoved << ""
+                                  << "{\"available\":true,\"normal\":true,\"severity\":0}"
+                                  << "" << true;
+    QTest::addRow("nested fact deep in the tree")
+        << Mutation([](QJsonObject &r) { editDevices(r, [](QJsonArray &d) { d[1] = device("1-1.2", 6); }); }) << 512
+        << Kind::FactChanged
         << "facts.tree.controllers[pciAddress=0000:00:14.0].hubs[port=1-1].devices[port=1-1.2].interfaces[number=0]"
            ".subclass"
-        << "5" << "6" << false;
+        << "5"
+        << "6" << false;
     QTest::addRow("device added to the tree") << Mutation([](QJsonObject &r) {
-        editDevices(r, [](QJsonArray &d) { d.append(QJsonObject{{"port", "1-1.3"}, {"speed", 480}}); });
+        editDevices(r, [](QJsonArray &d) { d.append(QJsonObject {{"port", "1-1.3"}, {"speed", 480}}); });
     }) << 512 << Kind::FactAdded << "facts.tree.controllers[pciAddress=0000:00:14.0].hubs[port=1-1].devices[port=1-1.3]"
-        << "" << "{\"port\":\"1-1.3\",\"speed\":480}" << false;
-    QTest::addRow("device removed from the tree") << Mutation([](QJsonObject &r) {
-        editDevices(r, [](QJsonArray &d) { d.removeAt(0); });
-    }) << 512 << Kind::FactRemoved << "facts.tree.controllers[pciAddress=0000:00:14.0].hubs[port=1-1].devices[port=1-1.1]"
+                                              << ""
+                                              << "{\"port\":\"1-1.3\",\"speed\":480}" << false;
+    QTest::addRow("device removed from the tree")
+        << Mutation([](QJsonObject &r) { editDevices(r, [](QJsonArray &d) { d.removeAt(0); }); }) << 512
+        << Kind::FactRemoved << "facts.tree.controllers[pciAddress=0000:00:14.0].hubs[port=1-1].devices[port=1-1.1]"
         << QString::fromUtf8(QJsonDocument(device("1-1.1", 5)).toJson(QJsonDocument::Compact)) << "" << false;
     QTest::addRow("folder added to a list") << Mutation([](QJsonObject &r) {
         editFacts(r, 1, [](QJsonObject &f) {
-            f["foundFiles"] = QJsonObject{{"libA.so", QJsonArray{"/usr/lib", "/opt/lib", "/srv/lib"}}};
+            f["foundFiles"] = QJsonObject {{"libA.so", QJsonArray {"/usr/lib", "/opt/lib", "/srv/lib"}}};
         });
-    }) << 1 << Kind::FactAdded << "facts.foundFiles[\"libA.so\"]" << "" << "\"/srv/lib\"" << false;
-    QTest::addRow("type of a fact changed") << Mutation([](QJsonObject &r) {
-        editFacts(r, 512, [](QJsonObject &f) { f["hasTree"] = QJsonValue::Null; });
-    }) << 512 << Kind::FactChanged << "facts.hasTree" << "true" << "null" << false;
+    }) << 1 << Kind::FactAdded << "facts.foundFiles[\"libA.so\"]"
+                                            << ""
+                                            << "\"/srv/lib\"" << false;
+    QTest::addRow("type of a fact changed")
+        << Mutation([](QJsonObject &r) { editFacts(r, 512, [](QJsonObject &f) { f["hasTree"] = QJsonValue::Null; }); })
+        << 512 << Kind::FactChanged << "facts.hasTree"
+        << "true"
+        << "null" << false;
     QTest::addRow("line only") << Mutation([](QJsonObject &r) {
-        editItem(r, 512, [](QJsonObject &o) { o["lines"] = QJsonArray{"Controller", "  Hub", "    Camera", "    Mouse"}; });
-    }) << 512 << Kind::LineAdded << "lines" << "" << "\"    Mouse\"" << false;
+        editItem(r, 512, [](QJsonObject &o) {
+            o["lines"] = QJsonArray {"Controller", "  Hub", "    Camera", "    Mouse"};
+        });
+    }) << 512 << Kind::LineAdded
+                               << "lines"
+                               << ""
+                               << "\"    Mouse\"" << false;
 }
 
 void TestVxReportDiff::oneDifference()
@@ -256,7 +273,7 @@ void TestVxReportDiff::orderOfListsDoesNotCount()
 {
     QJsonObject second = baseReport();
     editFacts(second, 1, [](QJsonObject &f) {
-        f["foundFiles"] = QJsonObject{{"libA.so", QJsonArray{"/opt/lib", "/usr/lib"}}};
+        f["foundFiles"] = QJsonObject {{"libA.so", QJsonArray {"/opt/lib", "/usr/lib"}}};
     });
     editDevices(second, [](QJsonArray &d) {
         const QJsonValue first = d.at(0);
@@ -267,7 +284,7 @@ void TestVxReportDiff::orderOfListsDoesNotCount()
 
     // A repeated folder counts once more.
     editFacts(second, 1, [](QJsonObject &f) {
-        f["foundFiles"] = QJsonObject{{"libA.so", QJsonArray{"/opt/lib", "/usr/lib", "/usr/lib"}}};
+        f["foundFiles"] = QJsonObject {{"libA.so", QJsonArray {"/opt/lib", "/usr/lib", "/usr/lib"}}};
     });
     const VxReportDiff::Result result = VxReportDiff::compare(baseReport(), second);
     QCOMPARE(result.items.size(), 1);
@@ -291,7 +308,7 @@ void TestVxReportDiff::linesOnlyWhenFactsAgree()
 {
     QJsonObject second = baseReport();
     editItem(second, 2048, [](QJsonObject &o) {
-        o["lines"] = QJsonArray{"CPU : Cpu B"};
+        o["lines"] = QJsonArray {"CPU : Cpu B"};
         QJsonObject facts = o.value("facts").toObject();
         facts["cpu"] = "Cpu B";
         o["facts"] = facts;
@@ -327,7 +344,7 @@ void TestVxReportDiff::deepNesting()
     auto reportWith = [](const QByteArray &fact) {
         return R"({"tool":"vetrix-check","version":"4.1.0","items":[{"id":2048,"available":true,"normal":true,)"
                R"("severity":0,"facts":{"deep":)"
-               + fact + "}}]}";
+            + fact + "}}]}";
     };
     QJsonObject before;
     QJsonObject after;
@@ -404,13 +421,13 @@ void TestVxReportDiff::badReports_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("error");
     auto withItems = [](const QJsonArray &items) {
-        return bytesOf(QJsonObject{{"tool", "vetrix-check"}, {"version", "4.1.0"}, {"items", items}});
+        return bytesOf(QJsonObject {{"tool", "vetrix-check"}, {"version", "4.1.0"}, {"items", items}});
     };
     const QJsonObject good = baseReport().value("items").toArray().at(0).toObject();
     auto withField = [&](const char *pKey, const QJsonValue &value) {
         QJsonObject object = good;
         object[pKey] = value;
-        return withItems(QJsonArray{object});
+        return withItems(QJsonArray {object});
     };
     QTest::addRow("empty") << QByteArray() << "r.json is not a JSON report: ";
     QTest::addRow("not json") << QByteArray("|----1: SDK Diagnosis\r\n") << "r.json is not a JSON report: ";
@@ -424,30 +441,31 @@ void TestVxReportDiff::badReports_data()
                                 << "r.json comes from vetrix-check version \"\"";
     QTest::addRow("no items") << QByteArray(R"({"tool":"vetrix-check","version":"4.1.0"})")
                               << "r.json has no item list.";
-    QTest::addRow("item not an object") << withItems(QJsonArray{1}) << "r.json: an item has no id.";
+    QTest::addRow("item not an object") << withItems(QJsonArray {1}) << "r.json: an item has no id.";
     QTest::addRow("id a string") << withField("id", "1") << "r.json: an item has no id.";
     QTest::addRow("id a fraction") << withField("id", 1.5) << "r.json: an item has no id.";
     QTest::addRow("unknown id") << withField("id", 3) << "r.json: item 3 is unknown.";
     QTest::addRow("huge id") << withField("id", 4294967296.0) << "r.json: an item has no id.";
     QTest::addRow("id never shown") << withField("id", 16) << "r.json: item 16 is unknown.";
-    QTest::addRow("twice") << withItems(QJsonArray{good, good}) << "r.json: item 1 appears twice.";
-    QTest::addRow("available missing") << withField("available", QJsonValue()) << "r.json: item 1 has an invalid \"available\".";
+    QTest::addRow("twice") << withItems(QJsonArray {good, good}) << "r.json: item 1 appears twice.";
+    QTest::addRow("available missing") << withField("available", QJsonValue())
+                                       << "r.json: item 1 has an invalid \"available\".";
     QTest::addRow("normal text") << withField("normal", "yes") << "r.json: item 1 has an invalid \"normal\".";
     QTest::addRow("severity text") << withField("severity", "2") << "r.json: item 1 has an invalid \"severity\".";
     QTest::addRow("facts array") << withField("facts", QJsonArray()) << "r.json: item 1 has an invalid \"facts\".";
     QTest::addRow("lines text") << withField("lines", "x") << "r.json: item 1 has an invalid \"lines\".";
-    QTest::addRow("line number") << withField("lines", QJsonArray{1}) << "r.json: item 1 has an invalid \"lines\".";
+    QTest::addRow("line number") << withField("lines", QJsonArray {1}) << "r.json: item 1 has an invalid \"lines\".";
 }
 
 void TestVxReportDiff::badReports()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, error);
-    QJsonObject report{{"untouched", true}};
+    QJsonObject report {{"untouched", true}};
     QString strError;
     QVERIFY(!VxReportDiff::parseReport(bytes, "r.json", &report, &strError));
     QVERIFY2(strError.startsWith(error), qPrintable(strError));
-    QCOMPARE(report, (QJsonObject{{"untouched", true}}));
+    QCOMPARE(report, (QJsonObject {{"untouched", true}}));
 }
 
 void TestVxReportDiff::unreadableFiles()

@@ -34,17 +34,14 @@ void TestVxReportCompareDlg::initTestCase()
 QJsonObject TestVxReportCompareDlg::report(bool bNormal, const QString &strCpu, bool bWithFirewall)
 {
     QJsonArray items;
-    items << QJsonObject{{"id", 8},         {"name", "Name in the report"}, {"available", true},
-                         {"normal", bNormal}, {"severity", bNormal ? 0 : 1},   {"lines", QJsonArray{"x"}}};
+    items << QJsonObject {{"id", 8}, {"name", "Name in the report"}, {"available", true}, {"normal", bNormal},
+        {"severity", bNormal ? 0 : 1}, {"lines", QJsonArray {"x"}}};
     if (bWithFirewall)
-        items << QJsonObject{{"id", 1024}, {"name", "Firewall"}, {"available", true}, {"normal", true}, {"severity", 0}};
-    items << QJsonObject{{"id", 2048},
-                         {"name", "Systm Info"},
-                         {"available", true},
-                         {"normal", true},
-                         {"severity", 0},
-                         {"facts", QJsonObject{{"cpu", strCpu}}}};
-    return QJsonObject{{"tool", "vetrix-check"}, {"version", "4.1.0"}, {"items", items}};
+        items << QJsonObject {
+            {"id", 1024}, {"name", "Firewall"}, {"available", true}, {"normal", true}, {"severity", 0}};
+    items << QJsonObject {{"id", 2048}, {"name", "Systm Info"}, {"available", true}, {"normal", true}, {"severity", 0},
+        {"facts", QJsonObject {{"cpu", strCpu}}}};
+    return QJsonObject {{"tool", "vetrix-check"}, {"version", "4.1.0"}, {"items", items}};
 }
 
 // Item 8 turns exceptional, item 1024 disappears, item 2048's CPU changes.
@@ -144,8 +141,7 @@ void TestVxReportCompareDlg::resizeRewrapsTheHint()
     QTRY_VERIFY(dialog.tips()->paintedLines().size() > nWide);
     QVERIFY(dialog.tips()->width() <= dialog.width());
     // Wrapping never loses text.
-    QCOMPARE(dialog.tips()->paintedLines().join(QString()),
-             "Report: " + strLong + VxReportDiff::summaryText(result));
+    QCOMPARE(dialog.tips()->paintedLines().join(QString()), "Report: " + strLong + VxReportDiff::summaryText(result));
 }
 
 QTEST_MAIN(TestVxReportCompareDlg)
