@@ -4,6 +4,7 @@
 
 #include "vxcheckreport.h"
 #include "vxcomparecommand.h"
+#include "vxitemregistry.h"
 #include "vxitems.h"
 #include "vxoperatethread.h"
 #include "vxresulttext.h"
@@ -154,7 +155,7 @@ int main(int argc, char *argv[])
         printErr(QCoreApplication::translate("VxCheck", "Unknown language \"%1\": use ENG or CH.").arg(strLang));
         return ExitUsage;
     }
-    quint32 uMask = VxItems::kAllItemsMask;
+    quint32 uMask = VxItemRegistry::shownMask();
     if (parser.isSet(itemsOption)) {
         QString strError;
         if (!VxCheckReport::parseItems(parser.value(itemsOption), &uMask, &strError)) {
