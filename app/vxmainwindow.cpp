@@ -145,6 +145,9 @@ bool VxMainWindow::buildMenus()
     m_pFileButton = pTitleBar->cAddMenu(tr("File"), m_pFileMenu);
     m_pExportAction = addAction(m_pFileMenu, tr("Export"), ActExport, "FileExportAction");
     m_pExportAction->setEnabled(false);
+    m_pExportJsonAction = addAction(m_pFileMenu, tr("Export JSON Report…"), ActExportJson, "FileExportJsonAction");
+    m_pExportJsonAction->setEnabled(false);
+    m_pCompareAction = addAction(m_pFileMenu, tr("Compare with Report…"), ActCompareReport, "CompareReportAction");
     m_pDumpAction = addAction(m_pFileMenu, tr("Acquire Dump Files"), ActDumpTool, "DumpToolAction");
 
     m_pHelpMenu = new CustomMenu(tr("Help"), this);
@@ -233,6 +236,12 @@ void VxMainWindow::OnMenuActionTriggered(QAction *pAction)
     case ActDumpTool:
         openDumpTool();
         break;
+    case ActCompareReport:
+        compareWithReport();
+        break;
+    case ActExportJson:
+        exportJsonReport();
+        break;
     default:
         break;
     }
@@ -285,6 +294,8 @@ void VxMainWindow::onSigExportEnable(bool bEnable)
 {
     if (m_pExportAction)
         m_pExportAction->setEnabled(bEnable);
+    if (m_pExportJsonAction)
+        m_pExportJsonAction->setEnabled(bEnable);
 }
 
 void VxMainWindow::onSigUpdateMemoryUsage(float fMem)
@@ -360,6 +371,8 @@ void VxMainWindow::retranslate()
     m_pExportAction->setText(tr("Export"));
     m_pUserDocAction->setText(tr("User Manual"));
     m_pDumpAction->setText(tr("Acquire Dump Files"));
+    m_pExportJsonAction->setText(tr("Export JSON Report…"));
+    m_pCompareAction->setText(tr("Compare with Report…"));
     m_pAboutAction->setText(tr("About"));
     m_pMemoryAction->setText(tr("Memory: %1%").arg(m_strMemoryValue));
     m_pCpuAction->setText(tr("CPU: %1%").arg(m_strCpuValue));

@@ -14,6 +14,7 @@ class CustomPushButton;
 class QAction;
 class QActionGroup;
 class VxOneKeyWidget;
+class VxReportCompareDlg;
 
 // The program's only top-level window: the title bar with the File and Help
 // menus and the resource-usage button, and the one-key page as its body.
@@ -31,6 +32,8 @@ public:
         ActUserManual = 4,
         ActAbout = 5,
         ActDumpTool = 6,
+        ActCompareReport = 7,
+        ActExportJson = 8,
     };
 
     // Throws std::bad_alloc when the window cannot be built.
@@ -78,6 +81,12 @@ protected:
     // Opens the About box and the dump tool; virtual so tests can stand in.
     virtual void openAbout();
     virtual void openDumpTool();
+    // The saved report to compare with, and where to save the JSON report;
+    // empty when cancelled. Virtual so tests can stand in for file dialogs.
+    virtual QString askReportPath(const QString &strDir);
+    virtual QString askJsonReportPath(const QString &strDir, const QString &strName);
+    // Shows the comparison; virtual so tests can look at it without exec().
+    virtual void showComparison(VxReportCompareDlg &dialog);
 
 private:
     bool init(const VxProbeTable &table);
@@ -86,6 +95,10 @@ private:
     void setLanguageMarks(bool bEnglish);
     void openUserManual();
     void ResourceUsageLoop();
+    // File > Compare with Report and File > Export JSON Report
+    // (vxmainwindow_report.cpp).
+    void compareWithReport();
+    void exportJsonReport();
 
     VxOneKeyWidget *m_pPage = nullptr;
     CustomMenu *m_pFileMenu = nullptr;
@@ -102,6 +115,8 @@ private:
     QAction *m_pUserDocAction = nullptr;
     QAction *m_pAboutAction = nullptr;
     QAction *m_pDumpAction = nullptr;
+    QAction *m_pCompareAction = nullptr;
+    QAction *m_pExportJsonAction = nullptr;
     QAction *m_pMemoryAction = nullptr;
     QAction *m_pCpuAction = nullptr;
     std::atomic<bool> m_bRunning{false};

@@ -3,6 +3,7 @@
 // report the program exports, or the same results as JSON.
 
 #include "vxcheckreport.h"
+#include "vxcomparecommand.h"
 #include "vxitemregistry.h"
 #include "vxitems.h"
 #include "vxoperatethread.h"
@@ -120,7 +121,11 @@ int main(int argc, char *argv[])
     const QCommandLineOption langOption(QStringLiteral("lang"),
         QCoreApplication::translate("VxCheck", "Report language: ENG (default) or CH."),
         QCoreApplication::translate("VxCheck", "language"), QStringLiteral("ENG"));
-    parser.addOptions({itemsOption, formatOption, outputOption, timingsOption, langOption});
+    const QCommandLineOption compareOption(QStringLiteral("compare"),
+        QCoreApplication::translate("VxCheck",
+            "Compare two JSON reports, A.json B.json (- for a diagnosis run now), and print what differs. "
+            "Exit status: 0 no grade differs, 1 a grade differs, 2 usage error or unreadable report."));
+    parser.addOptions({itemsOption, formatOption, outputOption, timingsOption, langOption, compareOption});
     const QCommandLineOption usbDescriptorsOption(QStringLiteral("usb-descriptors"), VxUsbDescriptorsCli::optionHelp());
     parser.addOption(usbDescriptorsOption);
 
@@ -139,7 +144,7 @@ int main(int argc, char *argv[])
     }
     if (parser.isSet(usbDescriptorsOption))
         return VxUsbDescriptorsCli::exec(parser.positionalArguments());
-    if (!parser.positionalArguments().isEmpty()) {
+    if (!parser.isSet(compareOption) && !parser.positionalArguments().isEmpty()) {
         printErr(QCoreApplication::translate("VxCheck", "Unexpected argument: %1")
                      .arg(parser.positionalArguments().constFirst()));
         return ExitUsage;
@@ -170,6 +175,16 @@ int main(int argc, char *argv[])
             QCoreApplication::translate("VxCheck", "The Chinese translations are missing; the report is in English."));
 
     VxOperateThread::setWarningHandler([](QObject *, const QString &strInfo) { printErr(strInfo); });
+
+    if (parser.isSet(compareOption)) {
+        const VxCompareCommand::Options options{parser.positionalArguments(), strFormat == QLatin1String("json"),
+                                                parser.isSet(itemsOption) ? uMask : 0xFFFFFFFFu,
+                                                parser.value(outputOption)};
+        return VxCompareCommand::run(options, [uMask] {
+            VxOperateThread thread;
+            return VxCheckReport::json(runDiagnosis(thread, uMask), false);
+        });
+    }
 
     VxOperateThread thread;
     const QVector<VxCheckItem> items = runDiagnosis(thread, uMask);

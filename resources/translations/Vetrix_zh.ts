@@ -80,6 +80,18 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Cannot write &quot;%1&quot;.</source>
         <translation>无法写入“%1”。</translation>
     </message>
+    <message>
+        <source>Compare two JSON reports, A.json B.json (- for a diagnosis run now), and print what differs. Exit status: 0 no grade differs, 1 a grade differs, 2 usage error or unreadable report.</source>
+        <translation>比较两份 JSON 报告 A.json B.json（- 表示现在运行一次诊断），并输出不同之处。退出状态：0 没有评级不同，1 有评级不同，2 用法错误或报告无法读取。</translation>
+    </message>
+    <message>
+        <source>a diagnosis run now</source>
+        <translation>现在运行的诊断</translation>
+    </message>
+    <message>
+        <source>--compare needs two reports: A.json B.json (- for a diagnosis run now).</source>
+        <translation>--compare 需要两份报告：A.json B.json（- 表示现在运行的诊断）。</translation>
+    </message>
 </context>
 <context>
     <name>VxCheckReport</name>
@@ -316,6 +328,50 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>CPU: %1%</source>
         <translation>CPU：%1%</translation>
+    </message>
+    <message>
+        <source>The diagnosis is still running. Wait until it has finished.</source>
+        <translation>诊断仍在进行中，请等待诊断完成。</translation>
+    </message>
+    <message>
+        <source>No diagnosis has run yet. Start the diagnosis first.</source>
+        <translation>尚未进行诊断，请先开始诊断。</translation>
+    </message>
+    <message>
+        <source>Export JSON Report…</source>
+        <translation>导出 JSON 报告…</translation>
+    </message>
+    <message>
+        <source>Compare with Report…</source>
+        <translation>与报告比较…</translation>
+    </message>
+    <message>
+        <source>Open Report</source>
+        <translation>打开报告</translation>
+    </message>
+    <message>
+        <source>JSON Report</source>
+        <translation>JSON 报告</translation>
+    </message>
+    <message>
+        <source>All Files</source>
+        <translation>所有文件</translation>
+    </message>
+    <message>
+        <source>Export JSON Report</source>
+        <translation>导出 JSON 报告</translation>
+    </message>
+    <message>
+        <source>Prompt</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>The file cannot be written.</source>
+        <translation>无法写入该文件。</translation>
+    </message>
+    <message>
+        <source>The JSON report is exported.</source>
+        <translation>JSON 报告已导出。</translation>
     </message>
 </context>
 <context>
@@ -771,6 +827,156 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>Missing file: %1</source>
         <translation>缺少文件：%1</translation>
+    </message>
+</context>
+<context>
+    <name>VxReportCompareDlg</name>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Compare with Report</source>
+        <translation>与报告比较</translation>
+    </message>
+    <message>
+        <source>Item / Change</source>
+        <translation>项目 / 变化</translation>
+    </message>
+    <message>
+        <source>Fact</source>
+        <translation>信息</translation>
+    </message>
+    <message>
+        <source>In the report</source>
+        <translation>报告中</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>当前</translation>
+    </message>
+    <message>
+        <source>Report: %1</source>
+        <translation>报告：%1</translation>
+    </message>
+    <message>
+        <source>this diagnosis</source>
+        <translation>本次诊断</translation>
+    </message>
+</context>
+<context>
+    <name>VxReportDiff</name>
+    <message>
+        <source>%1: an item has no id.</source>
+        <translation>%1：有一个项目没有编号。</translation>
+    </message>
+    <message>
+        <source>%1: item %2 is unknown.</source>
+        <translation>%1：未知的项目 %2。</translation>
+    </message>
+    <message>
+        <source>%1: item %2 appears twice.</source>
+        <translation>%1：项目 %2 出现了两次。</translation>
+    </message>
+    <message>
+        <source>%1: item %2 has an invalid &quot;%3&quot;.</source>
+        <translation>%1：项目 %2 的“%3”无效。</translation>
+    </message>
+    <message>
+        <source>%1 is not a JSON report: %2 at byte %3.</source>
+        <translation>%1 不是 JSON 报告：第 %3 字节处%2。</translation>
+    </message>
+    <message>
+        <source>%1 is not a vetrix-check report.</source>
+        <translation>%1 不是 vetrix-check 报告。</translation>
+    </message>
+    <message>
+        <source>%1 comes from vetrix-check version &quot;%2&quot;; this version compares reports of version %3.x.</source>
+        <translation>%1 来自 vetrix-check 版本“%2”；本版本只能比较 %3.x 版本的报告。</translation>
+    </message>
+    <message>
+        <source>%1 has no item list.</source>
+        <translation>%1 没有项目列表。</translation>
+    </message>
+    <message>
+        <source>Cannot read &quot;%1&quot;.</source>
+        <translation>无法读取“%1”。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is too large for a report.</source>
+        <translation>“%1”太大，不是有效的报告。</translation>
+    </message>
+    <message>
+        <source>item added</source>
+        <translation>新增项目</translation>
+    </message>
+    <message>
+        <source>item removed</source>
+        <translation>缺少项目</translation>
+    </message>
+    <message>
+        <source>grade changed</source>
+        <translation>评级变化</translation>
+    </message>
+    <message>
+        <source>added</source>
+        <translation>新增</translation>
+    </message>
+    <message>
+        <source>removed</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>changed</source>
+        <translation>变化</translation>
+    </message>
+    <message>
+        <source>line added</source>
+        <translation>新增行</translation>
+    </message>
+    <message>
+        <source>line removed</source>
+        <translation>删除行</translation>
+    </message>
+    <message>
+        <source>no grade</source>
+        <translation>无评级</translation>
+    </message>
+    <message>
+        <source>normal</source>
+        <translation>正常</translation>
+    </message>
+    <message>
+        <source>exceptional</source>
+        <translation>异常</translation>
+    </message>
+    <message>
+        <source>available</source>
+        <translation>可用</translation>
+    </message>
+    <message>
+        <source>not available</source>
+        <translation>不可用</translation>
+    </message>
+    <message>
+        <source>exceptional, severity %1</source>
+        <translation>异常，严重程度 %1</translation>
+    </message>
+    <message>
+        <source>No differences.</source>
+        <translation>没有差异。</translation>
+    </message>
+    <message>
+        <source>Items that differ: %1. Grade changes: %2.</source>
+        <translation>有差异的项目：%1。评级变化：%2。</translation>
+    </message>
+    <message>
+        <source>Before: %1</source>
+        <translation>之前：%1</translation>
+    </message>
+    <message>
+        <source>After: %1</source>
+        <translation>之后：%1</translation>
     </message>
 </context>
 <context>
