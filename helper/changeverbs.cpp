@@ -94,6 +94,9 @@ int runApply(const QStringList &listArgs, const VxAppliers &appliers, VxJournal 
     QString strReason;
     if (!validateApply(listArgs, &strReason))
         return refused(strReason);
+    // Checked before the journal is created and again under its lock.
+    if (hasOptimisation(journal.optimisations(), listArgs.first()))
+        return refused(QStringLiteral("optimisation id already used: ") + listArgs.first());
     if (!journal.openForWriting(&strReason)) {
         qWarning("vetrix-helper: %s", qPrintable(strReason));
         return HelperVerbs::ExitFailed;
@@ -109,19 +112,23 @@ int runUndo(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &
     QString strReason;
     if (!validateUndo(listArgs, &strReason))
         return refused(strReason);
-    if (!journal.openForWriting(&strReason)) {
-        qWarning("vetrix-helper: %s", qPrintable(strReason));
-        return HelperVerbs::ExitFailed;
-    }
-    const QVector<VxOptimisation> vecOpts = journal.optimisations();
-    if (hasOptimisation(vecOpts, listArgs.first()))
-        return refused(QStringLiteral("optimisation id already used: ") + listArgs.first());
-    const QString strUndone = listArgs.size() == 2 ? listArgs.at(1) : VxApply::lastUndoable(vecOpts);
-    if (strUndone.isEmpty())
-        return HelperVerbs::ExitDone; // nothing to undo
+    // Checked before the journal is opened for writing and again under its lock.
     VxPlan plan;
-    if (!VxApply::undoPlan(vecOpts, strUndone, &plan))
-        return refused(QStringLiteral("no such optimisation: ") + strUndone);
+    QString strUndone;
+    for (bool bLocked : {false, true}) {
+        if (bLocked && !journal.openForWriting(&strReason)) {
+            qWarning("vetrix-helper: %s", qPrintable(strReason));
+            return HelperVerbs::ExitFailed;
+        }
+        const QVector<VxOptimisation> vecOpts = journal.optimisations();
+        if (hasOptimisation(vecOpts, listArgs.first()))
+            return refused(QStringLiteral("optimisation id already used: ") + listArgs.first());
+        strUndone = listArgs.size() == 2 ? listArgs.at(1) : VxApply::lastUndoable(vecOpts);
+        if (strUndone.isEmpty())
+            return HelperVerbs::ExitDone; // nothing to undo
+        if (!VxApply::undoPlan(vecOpts, strUndone, &plan))
+            return refused(QStringLiteral("no such optimisation: ") + strUndone);
+    }
     return exitOf(VxApply::apply(listArgs.first(), plan, appliers, journal, strUndone, hook));
 }
 
