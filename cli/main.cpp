@@ -5,6 +5,7 @@
 #include "vxcheckreport.h"
 #include "vxitems.h"
 #include "vxoperatethread.h"
+#include "vxrepaircli.h"
 #include "vxresulttext.h"
 
 #include <QCommandLineParser>
@@ -119,8 +120,10 @@ int main(int argc, char *argv[])
         QCoreApplication::translate("VxCheck", "Report language: ENG (default) or CH."),
         QCoreApplication::translate("VxCheck", "language"), QStringLiteral("ENG"));
     parser.addOptions({itemsOption, formatOption, outputOption, timingsOption, langOption});
+    VxRepairCli repairCli;
+    parser.addOptions(VxRepairCli::helpOptions());
 
-    if (!parser.parse(QCoreApplication::arguments())) {
+    if (!parser.parse(repairCli.takeOptions(QCoreApplication::arguments()))) {
         printErr(parser.errorText());
         printErr(QCoreApplication::translate("VxCheck", "Try '%1 --help'.").arg(QStringLiteral("vetrix-check")));
         return ExitUsage;
@@ -149,6 +152,10 @@ int main(int argc, char *argv[])
         printErr(QCoreApplication::translate("VxCheck", "Unknown language \"%1\": use ENG or CH.").arg(strLang));
         return ExitUsage;
     }
+    if (!repairCli.usageError().isEmpty()) {
+        printErr(repairCli.usageError());
+        return ExitUsage;
+    }
     quint32 uMask = VxItems::kAllItemsMask;
     if (parser.isSet(itemsOption)) {
         QString strError;
@@ -162,6 +169,9 @@ int main(int argc, char *argv[])
     if (strLang == QLatin1String("CH") && !installChinese(translators))
         printErr(
             QCoreApplication::translate("VxCheck", "The Chinese translations are missing; the report is in English."));
+
+    if (repairCli.isActive())
+        return repairCli.run(strFormat == QLatin1String("json"), printOut, printErr);
 
     VxOperateThread::setWarningHandler([](QObject *, const QString &strInfo) { printErr(strInfo); });
 
