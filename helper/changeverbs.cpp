@@ -47,8 +47,8 @@ VxPlan planOf(const QStringList &listArgs)
 {
     VxPlan plan;
     for (int i = 1; i + kFieldsPerChange <= listArgs.size(); i += kFieldsPerChange) {
-        plan << VxChange {listArgs.at(i).toUInt(), listArgs.at(i + 1), listArgs.at(i + 2), listArgs.at(i + 3),
-                          listArgs.at(i + 4)};
+        plan << VxChange {
+            listArgs.at(i).toUInt(), listArgs.at(i + 1), listArgs.at(i + 2), listArgs.at(i + 3), listArgs.at(i + 4)};
     }
     return plan;
 }
@@ -88,8 +88,8 @@ bool validateUndo(const QStringList &listArgs, QString *pReason)
     return true;
 }
 
-int runApply(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal,
-             const VxApply::StageHook &hook)
+int runApply(
+    const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal, const VxApply::StageHook &hook)
 {
     QString strReason;
     if (!validateApply(listArgs, &strReason))
@@ -106,8 +106,7 @@ int runApply(const QStringList &listArgs, const VxAppliers &appliers, VxJournal 
     return exitOf(VxApply::apply(listArgs.first(), planOf(listArgs), appliers, journal, QString(), hook));
 }
 
-int runUndo(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal,
-            const VxApply::StageHook &hook)
+int runUndo(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal, const VxApply::StageHook &hook)
 {
     QString strReason;
     if (!validateUndo(listArgs, &strReason))

@@ -26,8 +26,8 @@ VxPlan planOf(const QStringList &listArgs);
 // Validate, open the journal, check the ids against it and run; the exit
 // status of HelperVerbs (done: every change done or unchanged).
 int runApply(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal,
-             const VxApply::StageHook &hook = VxApply::StageHook());
+    const VxApply::StageHook &hook = VxApply::StageHook());
 int runUndo(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal,
-            const VxApply::StageHook &hook = VxApply::StageHook());
+    const VxApply::StageHook &hook = VxApply::StageHook());
 
 } // namespace ChangeVerbs

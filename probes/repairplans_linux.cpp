@@ -22,7 +22,7 @@ VxPlan environmentPlan(const CEnvDetectInfo &info)
         if (strOld == write.second)
             continue;
         plan << VxChange {kEnvironmentItem, QLatin1String(VxChangeKind::Environment), write.first,
-                          strOld.isNull() ? QLatin1String("") : strOld, write.second};
+            strOld.isNull() ? QLatin1String("") : strOld, write.second};
     }
     return plan;
 }
@@ -38,7 +38,7 @@ VxPlan jumboPlan(const CJumboPacketDetectInfo &info)
             if (link.strName != it.key() || link.nMaxMtu <= link.nMtu)
                 continue;
             plan << VxChange {kJumboItem, QLatin1String(VxChangeKind::Mtu), link.strName, QString::number(link.nMtu),
-                              QString::number(link.nMaxMtu)};
+                QString::number(link.nMaxMtu)};
         }
     }
     return plan;

@@ -64,7 +64,7 @@ bool findLink(const QString &strName, CLinkFacts *pLink)
 bool isValidSysctl(const VxChange &change, QString *pReason)
 {
     static const QStringList listCore = {QStringLiteral("net.core.rmem_max"), QStringLiteral("net.core.rmem_default"),
-                                         QStringLiteral("net.core.netdev_max_backlog")};
+        QStringLiteral("net.core.netdev_max_backlog")};
     static const QRegularExpression reRpFilter(QStringLiteral("^net\\.ipv4\\.conf\\.([^./]+)\\.rp_filter$"));
     if (listCore.contains(change.strTarget)) {
         if (!isNumber(change.strNew, 0, kMaxInt) || !isNumber(change.strOld, 0, kMaxInt, true))
@@ -106,8 +106,13 @@ bool readEnvironment(const VxChange &change, QString *pValue)
 {
     QFile file(EtcEnvironment::filePath());
     QByteArray content;
-    if (file.exists() && (!file.open(QIODevice::ReadOnly) || (content = file.readAll(), file.error() != QFile::NoError)))
-        return false;
+    if (file.exists()) {
+        if (!file.open(QIODevice::ReadOnly))
+            return false;
+        content = file.readAll();
+        if (file.error() != QFile::NoError)
+            return false;
+    }
     *pValue = EtcEnvironment::valueOf(content, change.strTarget);
     if (pValue->isNull())
         *pValue = QLatin1String("");
@@ -174,7 +179,8 @@ bool isValidChange(const VxChange &change, QString *pReason)
     }
     if (strKind == QLatin1String(VxChangeKind::SdkFile)) {
         if (!SdkFiles::isRemovablePath(change.strTarget))
-            return refuse(pReason, QStringLiteral("not an SDK library in a system library folder: ") + change.strTarget);
+            return refuse(
+                pReason, QStringLiteral("not an SDK library in a system library folder: ") + change.strTarget);
         const QString &strIdentity = change.strNew.isEmpty() ? change.strOld : change.strNew;
         if ((!change.strNew.isEmpty() && !change.strOld.isEmpty()) || !VxQuarantine::isValidIdentity(strIdentity))
             return refuse(pReason, QStringLiteral("an SDK file is only removed or put back"));
@@ -204,9 +210,8 @@ VxAppliers ownAppliers(const QString &strQuarantine)
     appliers.insert(QLatin1String(VxChangeKind::Environment), VxApplier {readEnvironment, applyEnvironment});
     appliers.insert(QLatin1String(VxChangeKind::Mtu), VxApplier {readMtu, applyMtu});
     VxApplier sdkFile;
-    sdkFile.read = [](const VxChange &change, QString *pValue) {
-        return VxQuarantine::identityOf(change.strTarget, pValue);
-    };
+    sdkFile.read
+        = [](const VxChange &change, QString *pValue) { return VxQuarantine::identityOf(change.strTarget, pValue); };
     sdkFile.apply = [strQuarantine](const VxChange &change, QString *pError) {
         if (change.strNew.isEmpty())
             return VxQuarantine::moveIn(strQuarantine, change.strTarget, change.strOld, pError);

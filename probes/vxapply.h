@@ -59,9 +59,8 @@ using StageHook = std::function<void(int nSeq, Stage stage)>;
 // value is "unchanged"; one whose target no longer holds the old value, or
 // that has no applier, or is not valid, fails without being tried. When the
 // journal cannot be written no further change is made.
-QVector<VxChangeResult> apply(const QString &strOpt, const VxPlan &plan, const VxAppliers &appliers,
-                              VxJournal &journal, const QString &strUndoes = QString(),
-                              const StageHook &hook = StageHook());
+QVector<VxChangeResult> apply(const QString &strOpt, const VxPlan &plan, const VxAppliers &appliers, VxJournal &journal,
+    const QString &strUndoes = QString(), const StageHook &hook = StageHook());
 
 // The optimisation an undo without an id restores: the last repair (not an
 // undo) that made a change and that no complete undo restored yet. Empty
@@ -85,13 +84,13 @@ QStringList applyArguments(const QString &strOpt, const VxPlan &plan);
 struct Route
 {
     bool bInProcess = false;
-    VxAppliers appliers;   // in process
+    VxAppliers appliers; // in process
     HelperRunner runHelper; // otherwise
 };
 
 // Applies the plan (or, when strUndoes is set, the undo of that
 // optimisation, the plan then being its undoPlan()) as strOpt.
 QVector<VxChangeResult> run(const QString &strOpt, const VxPlan &plan, const Route &route, VxJournal &journal,
-                            const QString &strUndoes = QString());
+    const QString &strUndoes = QString());
 
 } // namespace VxApply

@@ -50,8 +50,8 @@ bool isValidOptimisationId(const QString &strOpt)
     return re.match(strOpt).hasMatch();
 }
 
-QVector<VxChangeResult> apply(const QString &strOpt, const VxPlan &plan, const VxAppliers &appliers,
-                              VxJournal &journal, const QString &strUndoes, const StageHook &hook)
+QVector<VxChangeResult> apply(const QString &strOpt, const VxPlan &plan, const VxAppliers &appliers, VxJournal &journal,
+    const QString &strUndoes, const StageHook &hook)
 {
     QVector<VxChangeResult> vecResults;
     QString strJournalError;
@@ -93,8 +93,8 @@ QVector<VxChangeResult> apply(const QString &strOpt, const VxPlan &plan, const V
             result.strResult = QLatin1String(bMade ? VxJournalResult::Done : VxJournalResult::Failed);
             result.strReason = strError;
             if (bMade)
-                qCInfo(lcVxRepair).noquote() << change.strKind << change.strTarget << "old:" << change.strOld
-                                             << "new:" << change.strNew;
+                qCInfo(lcVxRepair).noquote()
+                    << change.strKind << change.strTarget << "old:" << change.strOld << "new:" << change.strNew;
         }
         entry.time = QDateTime::currentDateTimeUtc();
         entry.strResult = result.strResult;
@@ -144,12 +144,13 @@ QStringList applyArguments(const QString &strOpt, const VxPlan &plan)
 {
     QStringList listArgs {strOpt};
     for (const VxChange &change : plan)
-        listArgs << QString::number(change.uItem) << change.strKind << change.strTarget << change.strOld << change.strNew;
+        listArgs << QString::number(change.uItem) << change.strKind << change.strTarget << change.strOld
+                 << change.strNew;
     return listArgs;
 }
 
-QVector<VxChangeResult> run(const QString &strOpt, const VxPlan &plan, const Route &route, VxJournal &journal,
-                            const QString &strUndoes)
+QVector<VxChangeResult> run(
+    const QString &strOpt, const VxPlan &plan, const Route &route, VxJournal &journal, const QString &strUndoes)
 {
     QVector<VxChangeResult> vecResults;
     if (route.bInProcess) {

@@ -21,19 +21,19 @@ namespace VxJournalResult {
 inline constexpr char Pending[] = "pending";
 inline constexpr char Done[] = "done";
 inline constexpr char Failed[] = "failed";
-inline constexpr char Unchanged[] = "unchanged";     // the value was already the new one
-inline constexpr char Interrupted[] = "interrupted";  // pending with no result (read only)
+inline constexpr char Unchanged[] = "unchanged"; // the value was already the new one
+inline constexpr char Interrupted[] = "interrupted"; // pending with no result (read only)
 } // namespace VxJournalResult
 
 struct VxJournalEntry
 {
-    QDateTime time;     // UTC
-    QString strOpt;     // the optimisation (one repair or undo run)
-    QString strUndoes;  // the optimisation this run undoes; empty for a repair
-    int nSeq = 0;       // the change's place in its optimisation
+    QDateTime time; // UTC
+    QString strOpt; // the optimisation (one repair or undo run)
+    QString strUndoes; // the optimisation this run undoes; empty for a repair
+    int nSeq = 0; // the change's place in its optimisation
     VxChange change;
-    QString strResult;  // one of VxJournalResult
-    QString strReason;  // why a change failed
+    QString strResult; // one of VxJournalResult
+    QString strReason; // why a change failed
 };
 
 // The changes of one optimisation, each in its final state.
@@ -41,7 +41,7 @@ struct VxOptimisation
 {
     QString strOpt;
     QString strUndoes;
-    QDateTime time;      // of its first line
+    QDateTime time; // of its first line
     QStringList listUndoneBy; // the undo runs that name it
     QVector<VxJournalEntry> vecChanges; // in order
 

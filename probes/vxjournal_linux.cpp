@@ -93,8 +93,8 @@ bool VxJournal::openForWriting(QString *pError)
     const bool bNew = !QFileInfo::exists(filePath());
     if (!makeFolder(m_strFolder, 0755, pError) || !makeFolder(quarantineFolder(), 0700, pError))
         return false;
-    const int nFd = ::open(QFile::encodeName(filePath()).constData(),
-                           O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
+    const int nFd = ::open(
+        QFile::encodeName(filePath()).constData(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
     if (nFd < 0) {
         *pError = errnoText(filePath());
         return false;

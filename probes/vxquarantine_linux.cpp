@@ -101,7 +101,9 @@ bool copyAcross(const QByteArray &from, const QByteArray &to, bool bReplace, QSt
             ::close(nTo);
     }
     if (bOk)
-        bOk = (bReplace ? ::rename(temp.constData(), to.constData()) : renameNoReplace(temp.constData(), to.constData())) == 0;
+        bOk = (bReplace ? ::rename(temp.constData(), to.constData())
+                        : renameNoReplace(temp.constData(), to.constData()))
+            == 0;
     if (!bOk) {
         *pError = errnoText(QFile::decodeName(to));
         ::unlink(temp.constData());
@@ -120,8 +122,8 @@ bool moveFile(const QString &strFrom, const QString &strTo, bool bReplace, QStri
 {
     const QByteArray from = QFile::encodeName(strFrom);
     const QByteArray to = QFile::encodeName(strTo);
-    const int nResult = bReplace ? ::rename(from.constData(), to.constData())
-                                 : renameNoReplace(from.constData(), to.constData());
+    const int nResult
+        = bReplace ? ::rename(from.constData(), to.constData()) : renameNoReplace(from.constData(), to.constData());
     if (nResult == 0) {
         syncFolderOf(to);
         syncFolderOf(from);

@@ -39,7 +39,7 @@ private:
         env.insert("PATH", "/usr/bin:/bin");
         env.insert("QT_LOGGING_RULES", "vetrix.repair.info=false");
         for (const char *pName : {"LUCAM_COMMON_RUNENV", "LUCAM_GIGE_DEBUG_HEARTBEAT", "LUCAM_GENICAM_CLPROTOCOL",
-                                  "GENICAM_GENTL32_PATH", "GENICAM_GENTL64_PATH"})
+                 "GENICAM_GENTL32_PATH", "GENICAM_GENTL64_PATH"})
             env.remove(pName);
         process.setProcessEnvironment(env);
         process.start(QStringLiteral(VX_BIN_DIR "/vetrix-check"), listArgs);
@@ -58,7 +58,8 @@ private:
     {
         QStringList listTargets;
         for (const QJsonValue &value : array)
-            listTargets << value.toObject().value("kind").toString() + " " + value.toObject().value("target").toString().section('/', -1);
+            listTargets << value.toObject().value("kind").toString() + " "
+                    + value.toObject().value("target").toString().section('/', -1);
         return listTargets;
     }
 
@@ -81,9 +82,9 @@ private slots:
         QCOMPARE(result.nExit, 1); // changes planned
         const QJsonObject json = result.json();
         QCOMPARE(targets(json.value("plan").toArray()),
-                 QStringList({"sdk-file libLuCamLVision.so", "sdk-file libLuCameraControl.so",
-                              "env GENICAM_GENTL32_PATH", "env GENICAM_GENTL64_PATH", "env LUCAM_COMMON_RUNENV",
-                              "env LUCAM_GENICAM_CLPROTOCOL", "env LUCAM_GIGE_DEBUG_HEARTBEAT", "env PATH"}));
+            QStringList({"sdk-file libLuCamLVision.so", "sdk-file libLuCameraControl.so", "env GENICAM_GENTL32_PATH",
+                "env GENICAM_GENTL64_PATH", "env LUCAM_COMMON_RUNENV", "env LUCAM_GENICAM_CLPROTOCOL",
+                "env LUCAM_GIGE_DEBUG_HEARTBEAT", "env PATH"}));
         const QJsonObject path = json.value("plan").toArray().at(7).toObject();
         QCOMPARE(path.value("item").toInt(), 2);
         QCOMPARE(path.value("old").toString(), QString("/usr/bin:/bin"));
@@ -149,15 +150,15 @@ private slots:
     void usageErrors_data()
     {
         QTest::addColumn<QStringList>("args");
-        QTest::addRow("item without repair") << QStringList{"--repair=5"};
-        QTest::addRow("item list with junk") << QStringList{"--repair=1,x"};
-        QTest::addRow("empty item list") << QStringList{"--repair="};
-        QTest::addRow("repair and undo") << QStringList{"--repair", "--undo"};
-        QTest::addRow("dry run alone") << QStringList{"--dry-run"};
-        QTest::addRow("journal with repair") << QStringList{"--journal", "--repair"};
-        QTest::addRow("undo of nothing") << QStringList{"--undo=1"};
-        QTest::addRow("undo of unknown id") << QStringList{"--undo=20261124T100000Z-000000"};
-        QTest::addRow("value for the journal") << QStringList{"--journal=1"};
+        QTest::addRow("item without repair") << QStringList {"--repair=5"};
+        QTest::addRow("item list with junk") << QStringList {"--repair=1,x"};
+        QTest::addRow("empty item list") << QStringList {"--repair="};
+        QTest::addRow("repair and undo") << QStringList {"--repair", "--undo"};
+        QTest::addRow("dry run alone") << QStringList {"--dry-run"};
+        QTest::addRow("journal with repair") << QStringList {"--journal", "--repair"};
+        QTest::addRow("undo of nothing") << QStringList {"--undo=1"};
+        QTest::addRow("undo of unknown id") << QStringList {"--undo=20261124T100000Z-000000"};
+        QTest::addRow("value for the journal") << QStringList {"--journal=1"};
     }
     void usageErrors()
     {

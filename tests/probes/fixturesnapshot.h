@@ -16,8 +16,8 @@
 inline QStringList fixtureSnapshot(const QString &strRoot, const QStringList &listSkipped = {})
 {
     QStringList listLines;
-    QDirIterator it(strRoot, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                    QDirIterator::Subdirectories);
+    QDirIterator it(
+        strRoot, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QString strPath = it.next();
         const QString strRel = strPath.mid(strRoot.size());
@@ -31,10 +31,15 @@ inline QStringList fixtureSnapshot(const QString &strRoot, const QStringList &li
             listLines << strRel + " <unreadable>";
             continue;
         }
-        QString strLine = QStringLiteral("%1 mode=%2 uid=%3 gid=%4").arg(strRel).arg(st.st_mode, 0, 8).arg(st.st_uid).arg(st.st_gid);
+        QString strLine = QStringLiteral("%1 mode=%2 uid=%3 gid=%4")
+                              .arg(strRel)
+                              .arg(st.st_mode, 0, 8)
+                              .arg(st.st_uid)
+                              .arg(st.st_gid);
         if (S_ISLNK(st.st_mode)) {
             QByteArray target(4096, '\0');
-            const ssize_t nLength = ::readlink(QFile::encodeName(strPath).constData(), target.data(), size_t(target.size()));
+            const ssize_t nLength
+                = ::readlink(QFile::encodeName(strPath).constData(), target.data(), size_t(target.size()));
             strLine += " -> " + QString::fromUtf8(target.left(int(qMax<ssize_t>(nLength, 0))));
         } else if (S_ISREG(st.st_mode)) {
             QFile file(strPath);

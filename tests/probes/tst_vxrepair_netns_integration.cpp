@@ -53,8 +53,8 @@ private slots:
         QCOMPARE(ip({"link", "set", "vxa", "up"}), QByteArray());
         QCOMPARE(ip({"link", "set", "vxb", "up"}), QByteArray());
         QTRY_VERIFY_WITH_TIMEOUT(ip({"-o", "link", "show", "dev", "vxa"}).contains("state UP")
-                                     && ip({"-o", "link", "show", "dev", "vxb"}).contains("state UP"),
-                                 10000);
+                && ip({"-o", "link", "show", "dev", "vxb"}).contains("state UP"),
+            10000);
         qputenv("VETRIX_PHYSICAL_IFACES", "vxa,vxb");
         m_bReady = true;
     }
@@ -67,7 +67,9 @@ private slots:
         const VxPlan plan = RepairPlans::jumboPlan(info);
         QStringList listPlan;
         for (const VxChange &change : plan)
-            listPlan << QString("%1 %2 %3 %4 -> %5").arg(change.uItem).arg(change.strKind, change.strTarget, change.strOld, change.strNew);
+            listPlan << QString("%1 %2 %3 %4 -> %5")
+                            .arg(change.uItem)
+                            .arg(change.strKind, change.strTarget, change.strOld, change.strNew);
         QCOMPARE(listPlan, QStringList({"256 mtu vxa 1500 -> 65535", "256 mtu vxb 1400 -> 65535"}));
         // Planning changed nothing.
         QCOMPARE(mtuOf("vxa"), 1500);
@@ -88,7 +90,8 @@ private slots:
         VxJournal journal(folder.path() + "/vetrix-tool");
         VxPlan undo;
         QVERIFY(VxApply::undoPlan(journal.optimisations(), VxApply::lastUndoable(journal.optimisations()), &undo));
-        const QVector<VxChangeResult> vecResults = VxApply::run(VxApply::newOptimisationId(), undo, route(journal), journal, strOpt);
+        const QVector<VxChangeResult> vecResults
+            = VxApply::run(VxApply::newOptimisationId(), undo, route(journal), journal, strOpt);
         QCOMPARE(vecResults.size(), 2);
         QCOMPARE(vecResults.at(0).change.strTarget, QString("vxb")); // last change first
         QCOMPARE(vecResults.at(0).strResult, QString("done"));
@@ -103,7 +106,8 @@ private slots:
         QCOMPARE(ip({"link", "set", "vxa", "mtu", "2000"}), QByteArray());
         QTemporaryDir folder;
         VxJournal journal(folder.path() + "/vetrix-tool");
-        const QVector<VxChangeResult> vecResults = VxApply::run(VxApply::newOptimisationId(), plan, route(journal), journal);
+        const QVector<VxChangeResult> vecResults
+            = VxApply::run(VxApply::newOptimisationId(), plan, route(journal), journal);
         QCOMPARE(vecResults.at(0).strResult, QString("failed"));
         QCOMPARE(vecResults.at(0).strReason, QString("changed since planned; now: 2000"));
         QCOMPARE(mtuOf("vxa"), 2000);

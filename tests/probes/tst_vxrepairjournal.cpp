@@ -58,7 +58,8 @@ private:
         CSDKPathDetectInfo sdk;
         SdkFiles::check(sdk);
         VxPlan plan = RepairPlans::environmentPlan(env) + RepairPlans::sdkFilesPlan(sdk);
-        plan << VxChange {RepairPlans::kReceiveBuffersItem, VxChangeKind::Sysctl, "net.core.rmem_max", "212992", "16777216"};
+        plan << VxChange {
+            RepairPlans::kReceiveBuffersItem, VxChangeKind::Sysctl, "net.core.rmem_max", "212992", "16777216"};
         return plan;
     }
     VxAppliers appliers()
@@ -95,7 +96,8 @@ private:
     {
         QStringList listResults;
         for (const VxChangeResult &result : vecResults)
-            listResults << result.change.strTarget.section('/', -1) + ": " + result.strResult + (result.strReason.isEmpty() ? "" : " (" + result.strReason + ")");
+            listResults << result.change.strTarget.section('/', -1) + ": " + result.strResult
+                    + (result.strReason.isEmpty() ? "" : " (" + result.strReason + ")");
         return listResults;
     }
     static QStringList all(const QStringList &listResults, const QString &strResult)
@@ -114,7 +116,7 @@ private slots:
         QVERIFY(m_pRoot->isValid());
         qputenv("VETRIX_SYSROOT", root().toLocal8Bit());
         for (const char *pName : {"LUCAM_COMMON_RUNENV", "LUCAM_GIGE_DEBUG_HEARTBEAT", "LUCAM_GENICAM_CLPROTOCOL",
-                                  "GENICAM_GENTL32_PATH", "GENICAM_GENTL64_PATH"})
+                 "GENICAM_GENTL32_PATH", "GENICAM_GENTL64_PATH"})
             qunsetenv(pName);
         qputenv("PATH", "/usr/bin:/bin");
         writeFile("/etc/environment", "# machine environment\nPATH=\"/usr/local/bin:/usr/bin:/bin\"\nLANG=C\n");
@@ -142,19 +144,23 @@ private slots:
         QStringList listPlan;
         for (const VxChange &change : plan) {
             QString strTarget = change.strTarget;
-            listPlan << QString("%1 %2 %3 old=%4").arg(change.uItem).arg(change.strKind, strTarget.replace(root(), "@"), change.strOld);
+            listPlan << QString("%1 %2 %3 old=%4")
+                            .arg(change.uItem)
+                            .arg(change.strKind, strTarget.replace(root(), "@"), change.strOld);
         }
-        QCOMPARE(listPlan, QStringList({
-            "2 env GENICAM_GENTL32_PATH old=", "2 env GENICAM_GENTL64_PATH old=",
-            "2 env LUCAM_COMMON_RUNENV old=", "2 env LUCAM_GENICAM_CLPROTOCOL old=",
-            "2 env LUCAM_GIGE_DEBUG_HEARTBEAT old=", "2 env PATH old=/usr/local/bin:/usr/bin:/bin",
-            "1 sdk-file @/usr/lib/x86_64-linux-gnu/orvex/libLUGigEVisionSDK.so old=" + sha(QByteArray("gige\0sdk", 8)),
-            "1 sdk-file @/usr/lib/libLuCameraControl.so old=" + sha("camera control 1.0"),
-            "1 sdk-file @/usr/lib/libLuUsb3vTL.so old=link:x86_64-linux-gnu/orvex/libLuUsb3vTL.so.2",
-            "8192 sysctl net.core.rmem_max old=212992"}));
+        QCOMPARE(listPlan,
+            QStringList({"2 env GENICAM_GENTL32_PATH old=", "2 env GENICAM_GENTL64_PATH old=",
+                "2 env LUCAM_COMMON_RUNENV old=", "2 env LUCAM_GENICAM_CLPROTOCOL old=",
+                "2 env LUCAM_GIGE_DEBUG_HEARTBEAT old=", "2 env PATH old=/usr/local/bin:/usr/bin:/bin",
+                "1 sdk-file @/usr/lib/x86_64-linux-gnu/orvex/libLUGigEVisionSDK.so old="
+                    + sha(QByteArray("gige\0sdk", 8)),
+                "1 sdk-file @/usr/lib/libLuCameraControl.so old=" + sha("camera control 1.0"),
+                "1 sdk-file @/usr/lib/libLuUsb3vTL.so old=link:x86_64-linux-gnu/orvex/libLuUsb3vTL.so.2",
+                "8192 sysctl net.core.rmem_max old=212992"}));
         for (int i = 6; i < 9; ++i)
             QCOMPARE(plan.at(i).strNew, QString()); // removed
-        QVERIFY(plan.at(5).strNew.startsWith(root() + "/opt/Orvex/Runtime/Linux64_x64:" + root() + "/opt/Orvex/Runtime/Linux32_i86:"));
+        QVERIFY(plan.at(5).strNew.startsWith(
+            root() + "/opt/Orvex/Runtime/Linux64_x64:" + root() + "/opt/Orvex/Runtime/Linux32_i86:"));
         QVERIFY(plan.at(5).strNew.endsWith(":/usr/local/bin:/usr/bin:/bin"));
         QCOMPARE(plan.at(4).strNew, QString("60000"));
     }
@@ -190,7 +196,9 @@ private slots:
 
         // The journal: root's folder, readable by all; the quarantine private.
         QFileInfo folder(root() + journalFolder());
-        QCOMPARE(int(folder.permissions() & 0x7777), int(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser | QFile::WriteUser | QFile::ExeUser | QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther));
+        QCOMPARE(int(folder.permissions() & 0x7777),
+            int(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser | QFile::WriteUser
+                | QFile::ExeUser | QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther));
         struct stat st;
         QCOMPARE(::stat(QFile::encodeName(root() + journalFolder() + "/quarantine").constData(), &st), 0);
         QCOMPARE(st.st_mode & 0777, 0700u);
@@ -287,8 +295,9 @@ private slots:
         entry.change = VxChange {2, VxChangeKind::Environment, "PATH", "/a", "/b"};
         entry.strResult = "done";
         const QByteArray line = VxJournal::lineOf(entry);
-        QCOMPARE(line, QByteArray("{\"item\":2,\"kind\":\"env\",\"new\":\"/b\",\"old\":\"/a\",\"opt\":\"20261124T140000Z-abcdef\","
-                                  "\"result\":\"done\",\"seq\":0,\"target\":\"PATH\",\"time\":\"2026-11-24T14:00:00Z\"}"));
+        QCOMPARE(line,
+            QByteArray("{\"item\":2,\"kind\":\"env\",\"new\":\"/b\",\"old\":\"/a\",\"opt\":\"20261124T140000Z-abcdef\","
+                       "\"result\":\"done\",\"seq\":0,\"target\":\"PATH\",\"time\":\"2026-11-24T14:00:00Z\"}"));
         writeFile(journalFolder() + "/journal.jsonl", line + "\nnot json\n{\"opt\":1}\n" + line.left(20));
         VxJournal journal;
         QCOMPARE(journal.lines().size(), 1);
@@ -327,14 +336,14 @@ private slots:
         QVERIFY(pid >= 0);
         if (pid == 0) {
             VxJournal journal;
-            ChangeVerbs::runApply(VxApply::applyArguments(strOpt, plan), set, journal,
-                                  [&](int nSeq, VxApply::Stage stage) {
-                                      if (nSeq != killSeq || int(stage) != killStage)
-                                          return;
-                                      QFile(strMarker).open(QIODevice::WriteOnly);
-                                      for (;;)
-                                          ::pause();
-                                  });
+            ChangeVerbs::runApply(
+                VxApply::applyArguments(strOpt, plan), set, journal, [&](int nSeq, VxApply::Stage stage) {
+                    if (nSeq != killSeq || int(stage) != killStage)
+                        return;
+                    QFile(strMarker).open(QIODevice::WriteOnly);
+                    for (;;)
+                        ::pause();
+                });
             ::_exit(0);
         }
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(strMarker), 30000);
@@ -355,7 +364,9 @@ private slots:
                     strState = entry.strResult;
             }
             const QString strNow = currentValue(plan.at(i));
-            const QString strMade = strNow == plan.at(i).strNew ? "made" : strNow == plan.at(i).strOld ? "not made" : "neither";
+            const QString strMade = strNow == plan.at(i).strNew ? "made"
+                : strNow == plan.at(i).strOld                   ? "not made"
+                                                                : "neither";
             listStates << QString("%1 %2 %3").arg(i).arg(strState, strMade);
         }
         QStringList listExpected;
@@ -363,7 +374,9 @@ private slots:
             if (i < killSeq)
                 listExpected << QString("%1 done made").arg(i);
             else if (i == killSeq)
-                listExpected << QString("%1 interrupted %2").arg(i).arg(killStage == int(VxApply::Stage::Made) ? "made" : "not made");
+                listExpected << QString("%1 interrupted %2")
+                                    .arg(i)
+                                    .arg(killStage == int(VxApply::Stage::Made) ? "made" : "not made");
             else
                 listExpected << QString("%1 none not made").arg(i);
         }
@@ -375,7 +388,8 @@ private slots:
         QCOMPARE(undo.size(), killSeq + 1);
         {
             VxJournal journal;
-            const QStringList listResults = results(VxApply::run(VxApply::newOptimisationId(), undo, route(), journal, strOpt));
+            const QStringList listResults
+                = results(VxApply::run(VxApply::newOptimisationId(), undo, route(), journal, strOpt));
             QCOMPARE(listResults.size(), killSeq + 1);
             QVERIFY2(!listResults.join('\n').contains("failed"), qPrintable(listResults.join('\n')));
         }
