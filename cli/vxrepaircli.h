@@ -8,11 +8,7 @@
 
 #include <functional>
 
-class VxJournal;
 struct VxChangeResult;
-namespace VxApply {
-struct Route;
-}
 
 // vetrix-check's repairs: --repair[=IDS] plans the repairs of the items
 // given (default: all that have one) and makes the changes, --dry-run only
@@ -43,7 +39,6 @@ public:
 
 private:
     VxPlan plannedRepairs() const;
-    VxApply::Route route(const VxJournal &journal) const;
     int runRepair(bool bJson, const Printer &printOut);
     int runUndo(bool bJson, const Printer &printOut, const Printer &printErr);
     int runJournal(bool bJson, const Printer &printOut);

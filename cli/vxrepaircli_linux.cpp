@@ -102,19 +102,6 @@ VxPlan VxRepairCli::plannedRepairs() const
     return plan;
 }
 
-VxApply::Route VxRepairCli::route(const VxJournal &journal) const
-{
-    // Another system root is written with this user's own rights: the helper
-    // acts on the running machine only.
-    VxApply::Route route;
-    route.bInProcess = VxPrivileged::isRoot() || !LuInterface::isLiveRoot();
-    if (route.bInProcess)
-        route.appliers = VxApply::systemAppliers(journal.quarantineFolder());
-    else
-        route.runHelper = VxPrivileged::runHelper;
-    return route;
-}
-
 int VxRepairCli::report(bool bJson, const QString &strOpt, const QString &strUndoes, const VxPlan &plan,
     const QVector<VxChangeResult> &vecResults, const Printer &printOut)
 {
@@ -170,7 +157,7 @@ int VxRepairCli::runRepair(bool bJson, const Printer &printOut)
         return report(bJson, QString(), QString(), plan, {}, printOut);
     VxJournal journal;
     const QString strOpt = VxApply::newOptimisationId();
-    const QVector<VxChangeResult> vecResults = VxApply::run(strOpt, plan, route(journal), journal);
+    const QVector<VxChangeResult> vecResults = VxApply::run(strOpt, plan, VxApply::systemRoute(journal), journal);
     return report(bJson, strOpt, QString(), plan, vecResults, printOut);
 }
 
@@ -209,7 +196,8 @@ int VxRepairCli::runUndo(bool bJson, const Printer &printOut, const Printer &pri
     if (m_bDryRun || plan.isEmpty())
         return report(bJson, QString(), strUndone, plan, {}, printOut);
     const QString strOpt = VxApply::newOptimisationId();
-    const QVector<VxChangeResult> vecResults = VxApply::run(strOpt, plan, route(journal), journal, strUndone);
+    const QVector<VxChangeResult> vecResults
+        = VxApply::run(strOpt, plan, VxApply::systemRoute(journal), journal, strUndone);
     return report(bJson, strOpt, strUndone, plan, vecResults, printOut);
 }
 

@@ -226,4 +226,15 @@ VxAppliers systemAppliers(const QString &strQuarantine)
     return ownAppliers(strQuarantine);
 }
 
+Route systemRoute(const VxJournal &journal)
+{
+    Route route;
+    route.bInProcess = VxPrivileged::isRoot() || !LuInterface::isLiveRoot();
+    if (route.bInProcess)
+        route.appliers = systemAppliers(journal.quarantineFolder());
+    else
+        route.runHelper = VxPrivileged::runHelper;
+    return route;
+}
+
 } // namespace VxApply

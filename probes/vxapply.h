@@ -88,6 +88,12 @@ struct Route
     HelperRunner runHelper; // otherwise
 };
 
+// The route of this process: in process with systemAppliers() when it runs
+// as root or on another system root (written with the user's own rights:
+// the helper acts on the running machine only), else through
+// VxPrivileged::runHelper.
+Route systemRoute(const VxJournal &journal);
+
 // Applies the plan (or, when strUndoes is set, the undo of that
 // optimisation, the plan then being its undoPlan()) as strOpt.
 QVector<VxChangeResult> run(const QString &strOpt, const VxPlan &plan, const Route &route, VxJournal &journal,

@@ -287,6 +287,38 @@ private slots:
         QVERIFY(!VxApply::undoPlan(reader.optimisations(), "20261124T100009Z-00000f", &undo));
     }
 
+    // Without root the plan goes to the helper; what it made is read back
+    // from the journal, and what it never reached fails with the reason.
+    void helperRouteReadsResultsFromTheJournal()
+    {
+        const VxPlan plan = fixturePlan().mid(0, 9);
+        QStringList listCalls;
+        VxApply::Route helper;
+        helper.runHelper = [&](const QString &strVerb, const QStringList &listArgs) {
+            listCalls << strVerb + " " + QString::number(listArgs.size());
+            VxJournal journal;
+            QStringList listCut = listArgs.mid(0, 1 + 5 * 7); // this helper stops after seven changes
+            return ChangeVerbs::runApply(listCut, appliers(), journal) == 0 ? VxRepairStatus::Done
+                                                                            : VxRepairStatus::Failed;
+        };
+        const QString strOpt = VxApply::newOptimisationId();
+        VxJournal journal;
+        const QStringList listResults = results(VxApply::run(strOpt, plan, helper, journal));
+        QCOMPARE(listCalls, QStringList({"apply 46"}));
+        QCOMPARE(listResults.mid(0, 7), all(listResults.mid(0, 7), "done"));
+        QCOMPARE(listResults.mid(7),
+            QStringList({"libLuCameraControl.so: failed (not reported by vetrix-helper)",
+                "libLuUsb3vTL.so: failed (not reported by vetrix-helper)"}));
+
+        helper.runHelper = [](const QString &, const QStringList &) { return VxRepairStatus::NotAuthorized; };
+        const QStringList listRefused
+            = results(VxApply::run(VxApply::newOptimisationId(), plan.mid(7), helper, journal));
+        QCOMPARE(listRefused,
+            QStringList(
+                {"libLuCameraControl.so: failed (not authorised)", "libLuUsb3vTL.so: failed (not authorised)"}));
+        QVERIFY(QFileInfo::exists(root() + "/usr/lib/libLuCameraControl.so"));
+    }
+
     void tornAndForeignLinesAreSkipped()
     {
         VxJournalEntry entry;
