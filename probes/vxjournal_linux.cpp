@@ -32,7 +32,8 @@ QString errnoText(const QString &strWhat)
 bool makeFolder(const QString &strPath, mode_t mode, QString *pError)
 {
     const QByteArray path = QFile::encodeName(strPath);
-    if (::mkdir(path.constData(), mode) == 0 || errno == EEXIST) {
+    // A new folder gets its mode whatever the umask.
+    if ((::mkdir(path.constData(), mode) == 0 && ::chmod(path.constData(), mode) == 0) || errno == EEXIST) {
         struct stat st;
         if (::stat(path.constData(), &st) == 0 && S_ISDIR(st.st_mode))
             return true;
@@ -105,8 +106,10 @@ bool VxJournal::openForWriting(QString *pError)
         return false;
     }
     m_nFd = nFd;
-    if (bNew)
+    if (bNew) {
+        ::fchmod(nFd, 0644); // readable by all whatever the umask: vetrix-check lists it as the user
         syncFolder(m_strFolder);
+    }
     // A line torn by a killed writer has no end: the next line starts on its own.
     struct stat st;
     if (::fstat(nFd, &st) == 0 && st.st_size > 0) {
