@@ -3,7 +3,6 @@
 #include "cdetectinfo.h"
 #include "envvars.h"
 #include "jumboframe.h"
-#include "luinterface.h"
 #include "netadapters.h"
 #include "repairplans.h"
 #include "sdkfiles.h"

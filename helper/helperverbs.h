@@ -1,5 +1,7 @@
 #pragma once
 
+#include "vxrepair.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -15,7 +17,11 @@
 //   undo OPT [UNDONE]                    restore a journaled optimisation
 namespace HelperVerbs {
 
-enum Exit { ExitDone = 0, ExitFailed = 1, ExitRefused = 2 };
+// The exit codes the program maps back to a repair status.
+using Exit = VxPrivileged::HelperExit;
+using VxPrivileged::ExitDone;
+using VxPrivileged::ExitFailed;
+using VxPrivileged::ExitRefused;
 
 // Checks a command line (verb first). On refusal *pReason says why.
 bool validate(const QStringList &listArgs, QString *pReason = nullptr);

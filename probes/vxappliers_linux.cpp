@@ -226,14 +226,17 @@ VxAppliers systemAppliers(const QString &strQuarantine)
     return ownAppliers(strQuarantine);
 }
 
-Route systemRoute(const VxJournal &journal)
+Route systemRoute(const VxJournal &journal, const VxPrivileges &privileges)
 {
     Route route;
-    route.bInProcess = VxPrivileged::isRoot() || !LuInterface::isLiveRoot();
-    if (route.bInProcess)
+    route.bInProcess = privileges.isRoot() || !LuInterface::isLiveRoot();
+    if (route.bInProcess) {
         route.appliers = systemAppliers(journal.quarantineFolder());
-    else
-        route.runHelper = VxPrivileged::runHelper;
+    } else {
+        route.runHelper = [privileges](const QString &strVerb, const QStringList &listArgs) {
+            return privileges.runHelper(strVerb, listArgs);
+        };
+    }
     return route;
 }
 

@@ -72,7 +72,7 @@ QString lastUndoable(const QVector<VxOptimisation> &vecOpts);
 bool undoPlan(const QVector<VxOptimisation> &vecOpts, const QString &strOpt, VxPlan *pPlan);
 
 // Runs strVerb ("apply"/"undo") with its arguments in vetrix-helper and
-// maps the exit status (VxPrivileged::runHelper in the program).
+// maps the exit status (VxPrivileges::runHelper in the program).
 using HelperRunner = std::function<VxRepairStatus(const QString &strVerb, const QStringList &listArgs)>;
 
 // The helper's arguments for a plan: OPT then ITEM KIND TARGET OLD NEW per change.
@@ -88,11 +88,11 @@ struct Route
     HelperRunner runHelper; // otherwise
 };
 
-// The route of this process: in process with systemAppliers() when it runs
-// as root or on another system root (written with the user's own rights:
-// the helper acts on the running machine only), else through
-// VxPrivileged::runHelper.
-Route systemRoute(const VxJournal &journal);
+// The route of a repair with these rights: in process with
+// systemAppliers() as root or on another system root (written with the
+// user's own rights: the helper acts on the running machine only), else
+// through the helper.
+Route systemRoute(const VxJournal &journal, const VxPrivileges &privileges = VxPrivileges::system());
 
 // Applies the plan (or, when strUndoes is set, the undo of that
 // optimisation, the plan then being its undoPlan()) as strOpt.

@@ -1,5 +1,6 @@
 #include "cdetectinfo.h"
 #include "jumboframe.h"
+#include "netadapters.h"
 #include "repairplans.h"
 #include "vxapply.h"
 #include "vxjournal.h"
@@ -55,7 +56,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(ip({"-o", "link", "show", "dev", "vxa"}).contains("state UP")
                 && ip({"-o", "link", "show", "dev", "vxb"}).contains("state UP"),
             10000);
-        qputenv("VETRIX_PHYSICAL_IFACES", "vxa,vxb");
+        NetAdapters::setPhysicalTest([](const QString &strName) { return strName == "vxa" || strName == "vxb"; });
         m_bReady = true;
     }
 
@@ -117,7 +118,7 @@ private slots:
     {
         if (m_bReady)
             ip({"link", "del", "vxa"});
-        qunsetenv("VETRIX_PHYSICAL_IFACES");
+        NetAdapters::setPhysicalTest({});
     }
 };
 
