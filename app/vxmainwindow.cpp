@@ -70,11 +70,11 @@ void VxMainWindow::showWorkerWarning(QObject *pParentObject, const QString &strI
     bShowing = false;
 }
 
-VxMainWindow::VxMainWindow(QWidget *pParent)
+VxMainWindow::VxMainWindow(QWidget *pParent, const VxProbeTable &table)
     : CustomMainWindow(pParent)
 {
     VxOperateThread::setWarningHandler(showWorkerWarning);
-    if (!init())
+    if (!init(table))
         throw std::bad_alloc();
     setLanguageMarks(Custom::language() == 1);
     m_bRunning = true;
@@ -94,9 +94,9 @@ VxMainWindow::~VxMainWindow()
     m_resourceLoop.waitForFinished();
 }
 
-bool VxMainWindow::init()
+bool VxMainWindow::init(const VxProbeTable &table)
 {
-    m_pPage = new (std::nothrow) VxOneKeyWidget(this);
+    m_pPage = new (std::nothrow) VxOneKeyWidget(this, table);
     if (!m_pPage || !buildMenus())
         return false;
     if (!connect(m_pActionGroup, &QActionGroup::triggered, this, &VxMainWindow::OnMenuActionTriggered)

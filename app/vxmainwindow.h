@@ -1,6 +1,7 @@
 #pragma once
 
 #include "custommainwindow.h"
+#include "vxprobetable.h"
 
 #include <QFuture>
 
@@ -33,7 +34,8 @@ public:
     };
 
     // Throws std::bad_alloc when the window cannot be built.
-    explicit VxMainWindow(QWidget *pParent = nullptr);
+    // The page runs the probes of table (the platform's by default).
+    explicit VxMainWindow(QWidget *pParent = nullptr, const VxProbeTable &table = defaultProbeTable());
     ~VxMainWindow() override;
 
     // Installs ("CH") or removes ("ENG") the four Chinese translators, read
@@ -78,7 +80,7 @@ protected:
     virtual void openDumpTool();
 
 private:
-    bool init();
+    bool init(const VxProbeTable &table);
     bool buildMenus();
     void retranslate();
     void setLanguageMarks(bool bEnglish);

@@ -5,7 +5,6 @@
 #include "customtitlebar.h"
 #include "custommessagebox.h"
 #include "envvars.h"
-#include "vxdialogprobes.h"
 #include "vxoperaterunner.h"
 #include "vxplatformtexts.h"
 
@@ -23,9 +22,10 @@ const int kTableWidth = 735;
 const int kItemId = 2;
 } // namespace
 
-VxEnvCheckDlg::VxEnvCheckDlg(CEnvDetectInfo *pInfo, QWidget *pParent)
+VxEnvCheckDlg::VxEnvCheckDlg(CEnvDetectInfo *pInfo, QWidget *pParent, const VxProbeTable &probes)
     : CustomMainWindow(pParent)
     , pItem(pInfo)
+    , m_probes(probes)
 {
     if (!init())
         throw std::bad_alloc();
@@ -143,11 +143,11 @@ void VxEnvCheckDlg::onButtonClicked(int nIndex)
         cOnButtonClicked(nIndex);
         return;
     }
-    VxOperateRunner runner(false, kItemId, this, tr("Repairing environment variables..."), {{kItemId, pItem}});
+    VxOperateRunner runner(false, kItemId, this, tr("Repairing environment variables..."), {{kItemId, pItem}}, m_probes);
     runner.run();
     const VxRepairStatus status = runner.outcome(kItemId).status;
     // A fresh check, here on the GUI thread, so both maps and the flag are current.
-    const VxProbeTable probes = VxDialogProbes::table();
+    const VxProbeTable &probes = m_probes;
     if (const auto &check = probes.probes(kItemId).check)
         check(*pItem);
     fillTable();

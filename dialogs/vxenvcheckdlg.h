@@ -1,6 +1,7 @@
 #pragma once
 
 #include "custommainwindow.h"
+#include "vxprobetable.h"
 #include "vxrepair.h"
 
 class CEnvDetectInfo;
@@ -19,7 +20,9 @@ class VxEnvCheckDlg : public CustomMainWindow
 {
     Q_OBJECT
 public:
-    explicit VxEnvCheckDlg(CEnvDetectInfo *pItem, QWidget *pParent = nullptr);
+    // The repairs and checks come from probes (the platform's by default).
+    explicit VxEnvCheckDlg(CEnvDetectInfo *pItem, QWidget *pParent = nullptr,
+                    const VxProbeTable &probes = defaultProbeTable());
     ~VxEnvCheckDlg() override;
 
     CustomTableWidget *table() const { return pTable; }
@@ -48,4 +51,5 @@ private:
 
     CEnvDetectInfo *pItem = nullptr;
     CustomTableWidget *pTable = nullptr;
+    VxProbeTable m_probes;
 };

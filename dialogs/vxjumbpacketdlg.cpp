@@ -4,7 +4,6 @@
 #include "custommessagebox.h"
 #include "customtablewidget.h"
 #include "customtitlebar.h"
-#include "vxdialogprobes.h"
 #include "vxoperaterunner.h"
 #include "vxplatformtexts.h"
 
@@ -26,9 +25,10 @@ void setCellText(QTableWidget *pTable, int nRow, int nColumn, const QString &str
 }
 } // namespace
 
-VxJumbPacketDlg::VxJumbPacketDlg(CJumboPacketDetectInfo *pInfo, QWidget *pParent)
+VxJumbPacketDlg::VxJumbPacketDlg(CJumboPacketDetectInfo *pInfo, QWidget *pParent, const VxProbeTable &probes)
     : CustomMainWindow(pParent)
     , pItem(pInfo)
+    , m_probes(probes)
 {
     if (!init())
         throw std::bad_alloc();
@@ -104,7 +104,7 @@ void VxJumbPacketDlg::onButtonClicked(int nIndex)
         cOnButtonClicked(nIndex);
         return;
     }
-    VxOperateRunner runner(false, kItemId, this, tr("Enabling jumbo frame..."), {{kItemId, pItem}});
+    VxOperateRunner runner(false, kItemId, this, tr("Enabling jumbo frame..."), {{kItemId, pItem}}, m_probes);
     runner.run();
     const VxRepairStatus status = runner.outcome(kItemId).status;
     fillTable();

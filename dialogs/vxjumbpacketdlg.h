@@ -1,6 +1,7 @@
 #pragma once
 
 #include "custommainwindow.h"
+#include "vxprobetable.h"
 #include "vxrepair.h"
 
 class CJumboPacketDetectInfo;
@@ -18,7 +19,9 @@ class VxJumbPacketDlg : public CustomMainWindow
 {
     Q_OBJECT
 public:
-    explicit VxJumbPacketDlg(CJumboPacketDetectInfo *pItem, QWidget *pParent = nullptr);
+    // The repairs and checks come from probes (the platform's by default).
+    explicit VxJumbPacketDlg(CJumboPacketDetectInfo *pItem, QWidget *pParent = nullptr,
+                    const VxProbeTable &probes = defaultProbeTable());
     ~VxJumbPacketDlg() override;
 
     CustomTableWidget *table() const { return pTable; }
@@ -40,4 +43,5 @@ private:
 
     CJumboPacketDetectInfo *pItem = nullptr;
     CustomTableWidget *pTable = nullptr;
+    VxProbeTable m_probes;
 };

@@ -4,7 +4,6 @@
 
 #include "cdetectinfo.h"
 #include "customloadingdialog.h"
-#include "vxdialogprobes.h"
 #include "vxoperatethread.h"
 
 #include <QApplication>
@@ -12,12 +11,13 @@
 #include <QPointer>
 
 VxOperateRunner::VxOperateRunner(bool bDetecting, int nItem, QWidget *pParentWidget, const QString &strText,
-                                 const QMap<int, CDetectInfo *> &mapRecords)
+                                 const QMap<int, CDetectInfo *> &mapRecords, const VxProbeTable &probes)
     : bIsDetecting(bDetecting)
     , nItemType(nItem)
     , pParent(pParentWidget)
     , strLoadingText(strText)
     , mapItems(mapRecords)
+    , table(probes)
 {
 }
 
@@ -56,7 +56,7 @@ void VxOperateRunner::run()
         it.value()->nItem = it.key();
         mapHanded.insert(it.key(), it.value());
     }
-    auto *pThread = new VxOperateThread(VxDialogProbes::table());
+    auto *pThread = new VxOperateThread(table);
     pThread->prepareRun(bIsDetecting, uMask, 0);
     pThread->setRecords(mapHanded);
     // A local event loop keeps the GUI alive without spinning a core while a

@@ -3,6 +3,7 @@
 #include <QMap>
 #include <QString>
 
+#include "vxprobetable.h"
 #include "vxrepair.h"
 
 class CDetectInfo;
@@ -24,14 +25,15 @@ class QWidget;
 // belong to its key is left out and that item is not run. Records the thread
 // had to create for ids missing from items are added to items() and then
 // belong to the caller.
-// The thread calls the probes of VxDialogProbes::table(); the items must not
+// The thread calls the probes of the table given (the platform's by
+// default); the items must not
 // be touched by anything else until run() returns.
 class VxOperateRunner
 {
 public:
     VxOperateRunner() = default;
     VxOperateRunner(bool bIsDetecting, int nItemType, QWidget *pParent, const QString &strLoadingText,
-                    const QMap<int, CDetectInfo *> &mapItems);
+                    const QMap<int, CDetectInfo *> &mapItems, const VxProbeTable &probes = defaultProbeTable());
 
     void run();
 
@@ -50,4 +52,5 @@ public:
     QString strLoadingText;
     QMap<int, CDetectInfo *> mapItems;
     QMap<int, VxRepairOutcome> mapOutcomes;
+    VxProbeTable table = defaultProbeTable();
 };

@@ -5,7 +5,6 @@
 #include "custompushbutton.h"
 #include "customtablewidget.h"
 #include "customtitlebar.h"
-#include "vxdialogprobes.h"
 #include "vxitemid.h"
 #include "vxplatformtexts.h"
 #include "vxtipswidget.h"
@@ -26,9 +25,10 @@ bool fileExists(const QString &strDir, const QString &strFile)
 }
 } // namespace
 
-VxSDKFileClearDlg::VxSDKFileClearDlg(CSDKPathDetectInfo *pInfo, QWidget *pParent)
+VxSDKFileClearDlg::VxSDKFileClearDlg(CSDKPathDetectInfo *pInfo, QWidget *pParent, const VxProbeTable &probes)
     : CustomMainWindow(pParent)
     , pItem(pInfo)
+    , m_probes(probes)
 {
     if (!init())
         throw std::bad_alloc();
@@ -134,7 +134,7 @@ void VxSDKFileClearDlg::onClearRowClicked()
     CSDKPathDetectInfo single;
     single.nItem = pItem->nItem;
     single.foundFiles.insert(strFile, {strDir});
-    const VxProbeTable probes = VxDialogProbes::table();
+    const VxProbeTable &probes = m_probes;
     const auto &clear = probes.probes(VxItems::SdkFiles).repair;
     const VxRepairStatus status = clear ? clear(single).status : VxRepairStatus::Done;
     // The row goes whatever the removal achieved, unless the rights for it
@@ -153,7 +153,7 @@ void VxSDKFileClearDlg::onClearAllClicked(int nIndex)
         return;
     }
     const QMap<QString, QStringList> mapBefore = pItem->foundFiles;
-    const VxProbeTable probes = VxDialogProbes::table();
+    const VxProbeTable &probes = m_probes;
     const auto &clear = probes.probes(VxItems::SdkFiles).repair;
     const VxRepairStatus status = clear ? clear(*pItem).status : VxRepairStatus::Done;
     if (status != VxRepairStatus::Done) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "custommainwindow.h"
+#include "vxprobetable.h"
 #include "vxrepair.h"
 
 class CSDKPathDetectInfo;
@@ -21,7 +22,9 @@ class VxSDKFileClearDlg : public CustomMainWindow
 {
     Q_OBJECT
 public:
-    explicit VxSDKFileClearDlg(CSDKPathDetectInfo *pItem, QWidget *pParent = nullptr);
+    // The repairs and checks come from probes (the platform's by default).
+    explicit VxSDKFileClearDlg(CSDKPathDetectInfo *pItem, QWidget *pParent = nullptr,
+                    const VxProbeTable &probes = defaultProbeTable());
     ~VxSDKFileClearDlg() override;
 
     CustomTableWidget *table() const { return pTable; }
@@ -47,4 +50,5 @@ private:
     CustomTableWidget *pTable = nullptr;
     VxTipsWidget *pTips = nullptr;
     bool bClearedAll = false; // "Clear All" emptied the list: the button reads "OK"
+    VxProbeTable m_probes;
 };

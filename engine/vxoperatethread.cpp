@@ -71,22 +71,9 @@ qint64 monotonicMs()
 }
 } // namespace
 
-namespace {
-std::function<VxProbeTable()> &probeTableSource()
-{
-    static std::function<VxProbeTable()> source;
-    return source;
-}
-} // namespace
-
 VxOperateThread::VxOperateThread(QObject *pParent)
-    : VxOperateThread(probeTableSource() ? probeTableSource()() : defaultProbeTable(), pParent)
+    : VxOperateThread(defaultProbeTable(), pParent)
 {
-}
-
-void VxOperateThread::setProbeTableSource(std::function<VxProbeTable()> source)
-{
-    probeTableSource() = std::move(source);
 }
 
 VxOperateThread::VxOperateThread(const VxProbeTable &table, QObject *pParent)

@@ -32,16 +32,12 @@ public:
     static constexpr int kItemPauseMs = 500;
     static constexpr qint64 kInstallPollLimitMs = 600000;
 
-    // Uses the probe table of this platform (or the one a test installed
-    // with setProbeTableSource).
+    // Uses the probe table of this platform.
     explicit VxOperateThread(QObject *pParent = nullptr);
     VxOperateThread(const VxProbeTable &table, QObject *pParent = nullptr);
     ~VxOperateThread() override;
 
     static void setWarningHandler(WarningHandler handler);
-    // Where threads made without an explicit table get theirs; null restores
-    // the platform's probes. Lets GUI tests run pages and runners on fakes.
-    static void setProbeTableSource(std::function<VxProbeTable()> source);
 
     void startDetect(quint32 uMask);
     void startOptimize(quint32 uMask);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "customtreewidget.h"
+#include "vxprobetable.h"
 
 #include <QMap>
 
@@ -24,6 +25,11 @@ public:
 
     // Throws std::bad_alloc when the tree cannot be built.
     explicit VxOneKeyResultTree(QWidget *pParent = nullptr);
+
+    // The probes the rows' dialogs and installs call (the platform's until
+    // set; the page hands in its worker's).
+    void setProbeTable(const VxProbeTable &table) { m_probes = table; }
+    const VxProbeTable &probeTable() const { return m_probes; }
 
     // Shows the record's outcome on its item's row (the row keeps the record).
     void updateItem(CDetectInfo *pInfo);
@@ -93,6 +99,7 @@ private:
     void retranslate();
 
     QMap<int, CustomPushButton *> m_mapButtons;
+    VxProbeTable m_probes = defaultProbeTable();
     QMap<int, QTreeWidgetItem *> m_mapItemRows;
     QMap<int, QTreeWidgetItem *> m_mapGroupRows;
     QMap<int, CDetectInfo *> m_mapRecords;

@@ -24,14 +24,14 @@ namespace {
 Q_LOGGING_CATEGORY(lcActions, "vetrix.ui.actions")
 
 // Builds and runs a modal dialog; one that cannot be built is not shown.
-template<typename Dialog, typename Record>
-void runDialog(QWidget *pParent, CDetectInfo *pInfo)
+template<typename Dialog, typename Record, typename... Extra>
+void runDialog(QWidget *pParent, CDetectInfo *pInfo, const Extra &...extra)
 {
     auto *pRecord = dynamic_cast<Record *>(pInfo);
     if (!pRecord)
         return;
     try {
-        Dialog dialog(pRecord, pParent);
+        Dialog dialog(pRecord, pParent, extra...);
         dialog.exec();
     } catch (const std::exception &error) {
         qCWarning(lcActions) << "cannot build the dialog of item" << pInfo->nItem << error.what();
@@ -41,12 +41,12 @@ void runDialog(QWidget *pParent, CDetectInfo *pInfo)
 
 void VxOneKeyResultTree::openSdkFileDialog(CDetectInfo *pInfo)
 {
-    runDialog<VxSDKFileClearDlg, CSDKPathDetectInfo>(window(), pInfo);
+    runDialog<VxSDKFileClearDlg, CSDKPathDetectInfo>(window(), pInfo, m_probes);
 }
 
 void VxOneKeyResultTree::openEnvDialog(CDetectInfo *pInfo)
 {
-    runDialog<VxEnvCheckDlg, CEnvDetectInfo>(window(), pInfo);
+    runDialog<VxEnvCheckDlg, CEnvDetectInfo>(window(), pInfo, m_probes);
 }
 
 void VxOneKeyResultTree::installDriver(CDetectInfo *pInfo)
@@ -55,7 +55,7 @@ void VxOneKeyResultTree::installDriver(CDetectInfo *pInfo)
     // loading box; returns when the driver is there or the polling gave up.
     const VxItemRow *pRow = VxItemRegistry::row(quint32(pInfo->nItem));
     const QString strLabel = pRow && pRow->pInstallLabel ? tr(pRow->pInstallLabel) : QString();
-    VxOperateRunner runner(false, pInfo->nItem, window(), strLabel, {{pInfo->nItem, pInfo}});
+    VxOperateRunner runner(false, pInfo->nItem, window(), strLabel, {{pInfo->nItem, pInfo}}, m_probes);
     runner.run();
 }
 
@@ -71,7 +71,7 @@ void VxOneKeyResultTree::openLineRateDialog(CDetectInfo *pInfo)
 
 void VxOneKeyResultTree::openJumboDialog(CDetectInfo *pInfo)
 {
-    runDialog<VxJumbPacketDlg, CJumboPacketDetectInfo>(window(), pInfo);
+    runDialog<VxJumbPacketDlg, CJumboPacketDetectInfo>(window(), pInfo, m_probes);
 }
 
 void VxOneKeyResultTree::openUsbTreeDialog(CDetectInfo *pInfo)

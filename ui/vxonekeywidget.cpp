@@ -34,10 +34,10 @@ const char *const kGradeIcons[3] = {":/Vetrix/Vetrix/ResultNormal.png", ":/Vetri
                                     ":/Vetrix/Vetrix/ResultSerious.png"};
 } // namespace
 
-VxOneKeyWidget::VxOneKeyWidget(QWidget *pParent)
+VxOneKeyWidget::VxOneKeyWidget(QWidget *pParent, const VxProbeTable &table)
     : QWidget(pParent)
 {
-    if (!init())
+    if (!init(table))
         throw std::bad_alloc();
     render(true);
 }
@@ -48,9 +48,9 @@ VxOneKeyWidget::~VxOneKeyWidget()
         m_pThread->stop(true);
 }
 
-bool VxOneKeyWidget::init()
+bool VxOneKeyWidget::init(const VxProbeTable &table)
 {
-    m_pThread = new (std::nothrow) VxOperateThread(this);
+    m_pThread = new (std::nothrow) VxOperateThread(table, this);
     if (!m_pThread)
         return false;
     m_pItems.reset(new (std::nothrow) VxOneKeyRunItems(m_pThread->probeTable()));
@@ -93,6 +93,7 @@ bool VxOneKeyWidget::init()
     m_pResult = new (std::nothrow) VxOneKeyResult(m_pStack);
     if (!m_pResult)
         return false;
+    m_pResult->tree()->setProbeTable(m_pThread->probeTable());
     VxOneKeyResult *pResult = m_pResult;
     m_pRun->setGradeCount([pResult](int nGrade) { return pResult->countOfSeverity(nGrade); });
     m_pStack->addWidget(m_pEmptyPage);

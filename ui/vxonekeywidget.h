@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include "vxprobetable.h"
+
 #include <memory>
 
 class CDetectInfo;
@@ -39,7 +41,8 @@ public:
     static constexpr State OptimizeFinished = VxOneKeyState::OptimizeFinished;
 
     // Throws std::bad_alloc when the page cannot be built.
-    explicit VxOneKeyWidget(QWidget *pParent = nullptr);
+    // Runs the probes of table (the platform's by default).
+    explicit VxOneKeyWidget(QWidget *pParent = nullptr, const VxProbeTable &table = defaultProbeTable());
     ~VxOneKeyWidget() override;
 
     // File > Export: asks for a path and writes the log there.
@@ -82,7 +85,7 @@ protected:
     virtual QString askExportPath(const QString &strDir, const QString &strName);
 
 private:
-    bool init();
+    bool init(const VxProbeTable &table);
     bool buildTopStrip(QWidget *pStrip);
     bool connectWorker();
     // Shows the run state; bAnnounce when a state was entered or re-applied

@@ -11,7 +11,7 @@
 #include "custommainwindow.h"
 #include "custompushbutton.h"
 #include "dumpgrabber.h"
-#include "vxdialogprobes.h"
+#include "vxprobetable.h"
 #include "vxenvcheckdlg.h"
 #include "vxgrabdumptool.h"
 #include "vxjumbpacketdlg.h"
@@ -70,7 +70,7 @@ void fillJumbo(CJumboPacketDetectInfo &info, bool bRepaired)
 }
 
 // Fake probes: the repairs succeed, or lack the rights with --fail.
-void installFakeProbes()
+VxProbeTable fakeProbes()
 {
     VxProbeTable table;
     table.setRepair(VxItems::EnvVariables, [](CEnvDetectInfo &info) {
@@ -97,7 +97,7 @@ void installFakeProbes()
         info.bNormal = 1;
         return VxRepairOutcome(g_bFail ? VxRepairStatus::NotAuthorized : VxRepairStatus::Done);
     });
-    VxDialogProbes::setTable(table);
+    return table;
 }
 
 } // namespace
@@ -119,7 +119,7 @@ int main(int argc, char *argv[])
     QTranslator program;
     QTranslator kit;
     setUpDemo(parser.value(QStringLiteral("lang")) == QLatin1String("zh"), program, kit);
-    installFakeProbes();
+    const VxProbeTable probes = fakeProbes();
 
     CEnvDetectInfo env;
     env.nItem = 2;
@@ -180,11 +180,11 @@ int main(int argc, char *argv[])
     const QString strName = parser.value(QStringLiteral("dialog"));
     std::unique_ptr<CustomMainWindow> pDialog;
     if (strName == QLatin1String("env"))
-        pDialog = std::make_unique<VxEnvCheckDlg>(&env);
+        pDialog = std::make_unique<VxEnvCheckDlg>(&env, nullptr, probes);
     else if (strName == QLatin1String("sdk"))
-        pDialog = std::make_unique<VxSDKFileClearDlg>(&sdk);
+        pDialog = std::make_unique<VxSDKFileClearDlg>(&sdk, nullptr, probes);
     else if (strName == QLatin1String("jumbo"))
-        pDialog = std::make_unique<VxJumbPacketDlg>(&jumbo);
+        pDialog = std::make_unique<VxJumbPacketDlg>(&jumbo, nullptr, probes);
     else if (strName == QLatin1String("netrate"))
         pDialog = std::make_unique<VxNetRateDlg>(&rate);
     else if (strName == QLatin1String("usb"))

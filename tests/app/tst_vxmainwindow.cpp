@@ -14,6 +14,11 @@ namespace {
 class TestWindow : public VxMainWindow
 {
 public:
+    explicit TestWindow(const VxProbeTable &table)
+        : VxMainWindow(nullptr, table)
+    {
+    }
+
     int nAboutOpened = 0;
 
 protected:
@@ -52,6 +57,8 @@ private:
     QTemporaryDir m_root;
     QTemporaryDir m_translations;
     FakeProbes m_fakes;
+    // The probes the pages of the next test run.
+    std::function<VxProbeTable()> m_tableSource;
 };
 
 void TestVxMainWindow::initTestCase()
@@ -71,7 +78,7 @@ void TestVxMainWindow::initTestCase()
     for (const QString &strName : QDir(QStringLiteral(VX_BIN_DIR "/Translation")).entryList({"qt*_zh_CN.qm"}))
         QFile::copy(QStringLiteral(VX_BIN_DIR "/Translation/") + strName, m_translations.filePath("Translation/" + strName));
     FakeProbes *pFakes = &m_fakes;
-    VxOperateThread::setProbeTableSource([pFakes] { return pFakes->tableWithoutTrees(); });
+    m_tableSource = [pFakes] { return pFakes->tableWithoutTrees(); };
 }
 
 void TestVxMainWindow::init()
@@ -82,13 +89,13 @@ void TestVxMainWindow::init()
 
 void TestVxMainWindow::cleanupTestCase()
 {
-    VxOperateThread::setProbeTableSource(nullptr);
+    m_tableSource = nullptr;
     qunsetenv("VETRIX_SYSROOT");
 }
 
 void TestVxMainWindow::menus()
 {
-    TestWindow window;
+    TestWindow window(m_tableSource());
     const QList<QPair<int, QString>> expected = {{0, "FileExportAction"}, {2, "EngAction"}, {3, "ChAction"},
                                                  {4, "UserDocAction"},    {5, "AboutAction"}};
     for (const auto &entry : expected) {
@@ -115,7 +122,7 @@ void TestVxMainWindow::menus()
 
 void TestVxMainWindow::exportFollowsPage()
 {
-    TestWindow window;
+    TestWindow window(m_tableSource());
     emit window.page()->sigExportEnable(true);
     QVERIFY(window.action(0)->isEnabled());
     emit window.page()->sigExportEnable(false);
@@ -151,7 +158,7 @@ void TestVxMainWindow::commandLineLanguage()
 void TestVxMainWindow::englishWhileEnglishReloadsAndMarks()
 {
     QVERIFY(VxMainWindow::switchLanguage(QStringLiteral("ENG"), m_translations.path()));
-    TestWindow window;
+    TestWindow window(m_tableSource());
     window.action(3)->setChecked(true);
     window.action(2)->setChecked(false);
     window.OnMenuActionTriggered(window.action(2));
@@ -165,7 +172,7 @@ void TestVxMainWindow::missingTranslationOnlyMovesMarks()
     // The test program's own folder has no translations: the switch fails
     // at loading and only the check marks move.
     QVERIFY(!QFileInfo::exists(QCoreApplication::applicationDirPath() + "/Translation/qt_zh_CN.qm"));
-    TestWindow window;
+    TestWindow window(m_tableSource());
     window.OnMenuActionTriggered(window.action(3));
     QVERIFY(window.action(3)->isChecked());
     QVERIFY(!window.action(2)->isChecked());
@@ -183,7 +190,7 @@ void TestVxMainWindow::missingTranslationOnlyMovesMarks()
 
 void TestVxMainWindow::chineseInstallsTranslators()
 {
-    TestWindow window;
+    TestWindow window(m_tableSource());
     QVERIFY(VxMainWindow::switchLanguage(QStringLiteral("CH"), m_translations.path()));
     QCOMPARE(Custom::language(), 0);
     QCOMPARE(LuInterface::language(0), QStringLiteral("CH"));
@@ -203,7 +210,7 @@ void TestVxMainWindow::userManualHiddenByMaker()
     ini.write("[OEM]\nShowUserManuel=false\n");
     ini.close();
     LuInterface::setAppIniFile(ini.fileName());
-    TestWindow window;
+    TestWindow window(m_tableSource());
     QVERIFY(!window.action(4)->isVisible());
     auto *pHelp = window.findChild<CustomMenu *>(QStringLiteral("HelpMenu"));
     QStringList visible;
@@ -230,7 +237,7 @@ void TestVxMainWindow::userManualUrl()
 
 void TestVxMainWindow::readoutKeepsPreviousOnZero()
 {
-    TestWindow window;
+    TestWindow window(m_tableSource());
     window.onSigUpdateCPUUsage(0.0f);
     window.onSigUpdateMemoryUsage(0.0f);
     QCOMPARE(window.cpuAction()->text(), QStringLiteral("CPU: --%"));
@@ -245,7 +252,7 @@ void TestVxMainWindow::readoutKeepsPreviousOnZero()
 
 void TestVxMainWindow::closeRefusedWhileRunning()
 {
-    TestWindow window;
+    TestWindow window(m_tableSource());
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     window.page()->worker()->setItemPause(100);
@@ -259,7 +266,7 @@ void TestVxMainWindow::closeRefusedWhileRunning()
 
 void TestVxMainWindow::languageEventAccepted()
 {
-    TestWindow window;
+    TestWindow window(m_tableSource());
     QEvent event(QEvent::Type(1100));
     event.ignore();
     QCoreApplication::sendEvent(&window, &event);
@@ -272,7 +279,7 @@ void TestVxMainWindow::languageEventAccepted()
 
 void TestVxMainWindow::aboutFromMenu()
 {
-    TestWindow window;
+    TestWindow window(m_tableSource());
     window.OnMenuActionTriggered(window.action(5));
     QCOMPARE(window.nAboutOpened, 1);
 }
@@ -286,7 +293,7 @@ void TestVxMainWindow::destroyStopsResourceLoop()
     VxMainWindow::setSamplePeriod(600000);
     const auto restore = qScopeGuard([] { VxMainWindow::setSamplePeriod(1000); });
     for (int i = 0; i < 3; ++i) {
-        auto *pWindow = new TestWindow;
+        auto *pWindow = new TestWindow(m_tableSource());
         // Let the loop take its first sample and go to sleep (should it not
         // be there yet, it sees the cleared flag before it sleeps).
         QTest::qWait(50);
@@ -296,7 +303,7 @@ void TestVxMainWindow::destroyStopsResourceLoop()
 
 void TestVxMainWindow::workerWarningShowsMessageBox()
 {
-    TestWindow window;
+    TestWindow window(m_tableSource());
     window.show();
     QString strShown;
     QString strTitle;
@@ -321,7 +328,7 @@ void TestVxMainWindow::missingInstallersAreNamedOneBoxAtATime()
     const QString strGige = sdk.filePath("Drivers/GigE/install.sh");
     const QString strUsb3 = sdk.filePath("Drivers/Usb3.0/install.sh");
     FakeProbes *pFakes = &m_fakes;
-    VxOperateThread::setProbeTableSource([pFakes, strGige, strUsb3] {
+    m_tableSource = [pFakes, strGige, strUsb3] {
         VxProbeTable table = pFakes->tableWithoutTrees();
         table.setCheck(VxItems::GigeDriver, [](CDetectInfo &info) { info.bNormal = 0; });
         table.setCheck(VxItems::Usb3Driver, [](CDetectInfo &info) { info.bNormal = 0; });
@@ -330,11 +337,11 @@ void TestVxMainWindow::missingInstallersAreNamedOneBoxAtATime()
         table[VxItems::GigeDriver].installerPath = [strGige] { return strGige; };
         table[VxItems::Usb3Driver].installerPath = [strUsb3] { return strUsb3; };
         return table;
+    };
+    const auto restore = qScopeGuard([this, pFakes] {
+        m_tableSource = [pFakes] { return pFakes->tableWithoutTrees(); };
     });
-    const auto restore = qScopeGuard([pFakes] {
-        VxOperateThread::setProbeTableSource([pFakes] { return pFakes->tableWithoutTrees(); });
-    });
-    TestWindow window;
+    TestWindow window(m_tableSource());
     window.show();
     VxOneKeyWidget *pPage = window.page();
     pPage->worker()->setItemPause(1);

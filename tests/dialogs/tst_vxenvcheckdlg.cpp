@@ -6,7 +6,7 @@
 #include "custompushbutton.h"
 #include "dialogtestutil.h"
 #include "envvars.h"
-#include "vxdialogprobes.h"
+#include "vxprobetable.h"
 #include "vxenvcheckdlg.h"
 
 #include <QHeaderView>
@@ -16,6 +16,9 @@
 #include <new>
 
 namespace {
+
+// The probes the dialogs of the running test call.
+VxProbeTable g_probes = defaultProbeTable();
 
 CEnvDetectInfo fixture(int nVariables, bool bNormal)
 {
@@ -51,7 +54,7 @@ void installProbes(bool bAuthorized, int *pChecks = nullptr,
         if (pChecks && QThread::currentThread() == QCoreApplication::instance()->thread())
             ++*pChecks;
     });
-    VxDialogProbes::setTable(table);
+    g_probes = table;
 }
 
 } // namespace
@@ -68,7 +71,7 @@ private slots:
 
     void cleanup()
     {
-        VxDialogProbes::resetTable();
+        g_probes = defaultProbeTable();
     }
 
     void valueToolTip_data()
@@ -110,7 +113,7 @@ private slots:
         QFETCH(int, nVariables);
         QFETCH(int, nTableHeight);
         CEnvDetectInfo info = fixture(nVariables, false);
-        VxEnvCheckDlg dialog(&info);
+        VxEnvCheckDlg dialog(&info, nullptr, g_probes);
         QCOMPARE(dialog.table()->rowCount(), nVariables);
         QCOMPARE(dialog.table()->size(), QSize(735, nTableHeight));
         QCOMPARE(dialog.size(), QSize(770, nTableHeight + 100));
@@ -122,7 +125,7 @@ private slots:
         const QChar cSep = EnvVars::layout().cSeparator;
         const QString strPath = QStringLiteral("b%1a%1%1c").arg(cSep);
         info.currentValues[QStringLiteral("PATH")] = strPath;
-        VxEnvCheckDlg dialog(&info);
+        VxEnvCheckDlg dialog(&info, nullptr, g_probes);
         CustomTableWidget *pTable = dialog.table();
         QCOMPARE(dialog.cTitleBar()->cTitleText(), QStringLiteral("Environment Variables"));
         QCOMPARE(pTable->columnCount(), 3);
@@ -155,7 +158,7 @@ private slots:
     {
         CEnvDetectInfo info = fixture(4, false);
         info.pendingValues[QStringLiteral("LUCAM_COMMON_RUNENV")] = QStringLiteral("/opt/Orvex/Development");
-        VxEnvCheckDlg dialog(&info);
+        VxEnvCheckDlg dialog(&info, nullptr, g_probes);
         CustomTableWidget *pTable = dialog.table();
         QCOMPARE(pTable->item(2, 0)->text(), QStringLiteral("LUCAM_COMMON_RUNENV"));
         QCOMPARE(pTable->item(2, 2)->text(), QStringLiteral("Next login"));
@@ -170,7 +173,7 @@ private slots:
     void normalItemReadsOkAndCloses()
     {
         CEnvDetectInfo info = fixture(4, true);
-        VxEnvCheckDlg dialog(&info);
+        VxEnvCheckDlg dialog(&info, nullptr, g_probes);
         dialog.show();
         QCOMPARE(dialog.cButton(0)->text(), QStringLiteral("OK"));
         QTest::mouseClick(dialog.cButton(0), Qt::LeftButton);
@@ -183,7 +186,7 @@ private slots:
         int nChecks = 0;
         installProbes(true, &nChecks);
         CEnvDetectInfo info = fixture(4, false);
-        VxEnvCheckDlg dialog(&info);
+        VxEnvCheckDlg dialog(&info, nullptr, g_probes);
         dialog.show();
         DialogTest::MessageBoxCatcher catcher;
         QTest::mouseClick(dialog.cButton(0), Qt::LeftButton);
@@ -202,7 +205,7 @@ private slots:
     {
         installProbes(false);
         CEnvDetectInfo info = fixture(4, false);
-        VxEnvCheckDlg dialog(&info);
+        VxEnvCheckDlg dialog(&info, nullptr, g_probes);
         dialog.show();
         DialogTest::MessageBoxCatcher catcher;
         QTest::mouseClick(dialog.cButton(0), Qt::LeftButton);
@@ -235,7 +238,7 @@ private slots:
         QFETCH(QString, strFragment);
         installProbes(false, nullptr, VxRepairStatus(nStatus));
         CEnvDetectInfo info = fixture(4, false);
-        VxEnvCheckDlg dialog(&info);
+        VxEnvCheckDlg dialog(&info, nullptr, g_probes);
         dialog.show();
         DialogTest::MessageBoxCatcher catcher;
         QTest::mouseClick(dialog.cButton(0), Qt::LeftButton);
@@ -252,7 +255,7 @@ private slots:
     void languageChangeRetranslates()
     {
         CEnvDetectInfo info = fixture(2, false);
-        VxEnvCheckDlg dialog(&info);
+        VxEnvCheckDlg dialog(&info, nullptr, g_probes);
         DialogTest::MarkingTranslator translator("VxEnvCheckDlg");
         QCoreApplication::installTranslator(&translator);
         QCoreApplication::processEvents();

@@ -5,7 +5,7 @@
 #include "customtablewidget.h"
 #include "customtitlebar.h"
 #include "dialogtestutil.h"
-#include "vxdialogprobes.h"
+#include "vxprobetable.h"
 #include "vxjumbpacketdlg.h"
 
 #include <QHeaderView>
@@ -14,6 +14,9 @@
 #include <new>
 
 namespace {
+
+// The probes the dialogs of the running test call.
+VxProbeTable g_probes = defaultProbeTable();
 
 CJumboPacketDetectInfo fixture()
 {
@@ -39,7 +42,7 @@ private slots:
 
     void cleanup()
     {
-        VxDialogProbes::resetTable();
+        g_probes = defaultProbeTable();
     }
 
     void stateText_data()
@@ -62,7 +65,7 @@ private slots:
         info.nItem = 256;
         info.jumboStates[QStringLiteral("eth0")] = nState;
         info.jumboValues[QStringLiteral("eth0")] = nValue;
-        VxJumbPacketDlg dialog(&info);
+        VxJumbPacketDlg dialog(&info, nullptr, g_probes);
         QCOMPARE(dialog.table()->rowCount(), 1);
         QCOMPARE(dialog.table()->item(0, 0)->text(), QStringLiteral("eth0"));
         QCOMPARE(dialog.table()->item(0, 1)->text(), strText);
@@ -71,7 +74,7 @@ private slots:
     void layoutAndTexts()
     {
         CJumboPacketDetectInfo info = fixture();
-        VxJumbPacketDlg dialog(&info);
+        VxJumbPacketDlg dialog(&info, nullptr, g_probes);
         QCOMPARE(dialog.size(), QSize(430, 300));
         QCOMPARE(dialog.cTitleBar()->cTitleText(), QStringLiteral("Jumbo Frame Info"));
         QCOMPARE(dialog.cButton(0)->text(), QStringLiteral("Enable Jumbo Frame for All NICs"));
@@ -82,7 +85,7 @@ private slots:
         QCOMPARE(dialog.table()->horizontalHeaderItem(1)->text(), QStringLiteral("Jumbo Frame Info"));
         QCOMPARE(dialog.table()->rowCount(), 3);
         info.bNormal = 1;
-        VxJumbPacketDlg normal(&info);
+        VxJumbPacketDlg normal(&info, nullptr, g_probes);
         QCOMPARE(normal.cButton(0)->text(), QStringLiteral("OK"));
     }
 
@@ -91,7 +94,7 @@ private slots:
         CJumboPacketDetectInfo info;
         info.nItem = 256;
         info.bNormal = 0;
-        VxJumbPacketDlg dialog(&info);
+        VxJumbPacketDlg dialog(&info, nullptr, g_probes);
         QCOMPARE(dialog.table()->rowCount(), 0);
     }
 
@@ -104,9 +107,9 @@ private slots:
             info.jumboValues = {{QStringLiteral("enp9s0"), 9014}};
             info.bNormal = 1;
         });
-        VxDialogProbes::setTable(table);
+        g_probes = table;
         CJumboPacketDetectInfo info = fixture();
-        VxJumbPacketDlg dialog(&info);
+        VxJumbPacketDlg dialog(&info, nullptr, g_probes);
         dialog.show();
         DialogTest::MessageBoxCatcher catcher;
         QTest::mouseClick(dialog.cButton(0), Qt::LeftButton);
@@ -127,9 +130,9 @@ private slots:
     {
         VxProbeTable table;
         table.setRepair(VxItems::JumboFrame, [](CJumboPacketDetectInfo &) { return VxRepairOutcome(VxRepairStatus::NotAuthorized); });
-        VxDialogProbes::setTable(table);
+        g_probes = table;
         CJumboPacketDetectInfo info = fixture();
-        VxJumbPacketDlg dialog(&info);
+        VxJumbPacketDlg dialog(&info, nullptr, g_probes);
         dialog.show();
         DialogTest::MessageBoxCatcher catcher;
         QTest::mouseClick(dialog.cButton(0), Qt::LeftButton);
@@ -149,7 +152,7 @@ private slots:
     void languageChangeRetranslates()
     {
         CJumboPacketDetectInfo info = fixture();
-        VxJumbPacketDlg dialog(&info);
+        VxJumbPacketDlg dialog(&info, nullptr, g_probes);
         DialogTest::MarkingTranslator translator("VxJumbPacketDlg");
         QCoreApplication::installTranslator(&translator);
         QCoreApplication::processEvents();

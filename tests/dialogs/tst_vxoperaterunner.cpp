@@ -2,7 +2,7 @@
 #include "cdetectinfo.h"
 #include "customloadingdialog.h"
 #include "dialogtestutil.h"
-#include "vxdialogprobes.h"
+#include "vxprobetable.h"
 #include "vxoperaterunner.h"
 #include "vxoperatethread.h"
 
@@ -13,6 +13,9 @@
 #include <atomic>
 
 namespace {
+
+// The probes the dialogs of the running test call.
+VxProbeTable g_probes = defaultProbeTable();
 
 // What the GUI saw while the worker ran a probe: the loading boxes shown.
 struct Observation
@@ -81,12 +84,12 @@ private slots:
     void initTestCase()
     {
         QVERIFY(DialogTest::loadResources());
-        VxDialogProbes::setTable(waitingTable());
+        g_probes = waitingTable();
     }
 
     void cleanupTestCase()
     {
-        VxDialogProbes::resetTable();
+        g_probes = defaultProbeTable();
     }
 
     void emptyTextRunsWithoutBox()
@@ -96,7 +99,7 @@ private slots:
         info.bNormal = 0;
         Observation seen;
         observeFromGui(this, &seen);
-        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &info}});
+        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &info}}, g_probes);
         runner.run();
         QVERIFY(g_bSeen);
         QCOMPARE(seen.nBoxes, 0);
@@ -113,7 +116,7 @@ private slots:
         info.bNormal = 0;
         Observation seen;
         observeFromGui(this, &seen);
-        VxOperateRunner runner(false, 256, &owner, QStringLiteral("Enabling jumbo frame..."), {{256, &info}});
+        VxOperateRunner runner(false, 256, &owner, QStringLiteral("Enabling jumbo frame..."), {{256, &info}}, g_probes);
         runner.run();
         QCOMPARE(seen.nBoxes, 1);
         QCOMPARE(seen.pBoxParent, &owner);
@@ -147,7 +150,7 @@ private slots:
         info.nItem = 256;
         Observation seen;
         observeFromGui(this, &seen);
-        VxOperateRunner runner(false, 256, nullptr, QStringLiteral("Working..."), {{256, &info}});
+        VxOperateRunner runner(false, 256, nullptr, QStringLiteral("Working..."), {{256, &info}}, g_probes);
         runner.run();
         QCOMPARE(seen.nBoxes, 1);
         QCOMPARE(seen.pBoxParent, bActive ? &active : nullptr);
@@ -161,7 +164,7 @@ private slots:
         info.nItem = 256;
         Observation seen;
         observeFromGui(this, &seen);
-        VxOperateRunner runner(true, 256, nullptr, QString(), {{256, &info}});
+        VxOperateRunner runner(true, 256, nullptr, QString(), {{256, &info}}, g_probes);
         runner.run();
         QCOMPARE(runner.items().size(), 1);
         QCOMPARE(runner.items().value(256), static_cast<CDetectInfo *>(&info));
@@ -173,7 +176,7 @@ private slots:
     {
         Observation seen;
         observeFromGui(this, &seen);
-        VxOperateRunner runner(true, 256, nullptr, QString(), {});
+        VxOperateRunner runner(true, 256, nullptr, QString(), {}, g_probes);
         runner.run();
         QCOMPARE(runner.items().size(), 1);
         auto *pInfo = dynamic_cast<CJumboPacketDetectInfo *>(runner.items().value(256));
@@ -189,7 +192,7 @@ private slots:
         info.bNormal = 0;
         Observation seen;
         observeFromGui(this, &seen);
-        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &info}});
+        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &info}}, g_probes);
         runner.run();
         QCOMPARE(info.nItem, 256);
         QCOMPARE(info.bNormal, 1); // repaired as the jumbo item
@@ -201,27 +204,21 @@ private slots:
         wrong.nItem = 256;
         wrong.currentValues[QStringLiteral("PATH")] = QStringLiteral("/bin");
         g_bSeen = true; // nothing is going to wait
-        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &wrong}});
+        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &wrong}}, g_probes);
         runner.run();
         QCOMPARE(wrong.currentValues.value(QStringLiteral("PATH")), QStringLiteral("/bin"));
         QCOMPARE(runner.items().value(256), static_cast<CDetectInfo *>(&wrong));
         QCOMPARE(runner.items().size(), 1);
     }
 
-    void followsTheOperateThreadsTableByDefault()
+    void callsTheTableItIsGiven()
     {
-        VxDialogProbes::resetTable();
-        VxOperateThread::setProbeTableSource([] {
-            VxProbeTable table;
-            table.setRepair(VxItems::JumboFrame, [](CJumboPacketDetectInfo &info) { info.jumboValues[QStringLiteral("eth9")] = 4088; });
-            return table;
-        });
+        VxProbeTable table;
+        table.setRepair(VxItems::JumboFrame, [](CJumboPacketDetectInfo &info) { info.jumboValues[QStringLiteral("eth9")] = 4088; });
         CJumboPacketDetectInfo info;
         info.nItem = 256;
-        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &info}});
+        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &info}}, table);
         runner.run();
-        VxOperateThread::setProbeTableSource(nullptr);
-        VxDialogProbes::setTable(waitingTable());
         QCOMPARE(info.jumboValues.value(QStringLiteral("eth9")), 4088);
     }
 
@@ -232,7 +229,7 @@ private slots:
         info.bNormal = 0;
         Observation seen;
         observeFromGui(this, &seen);
-        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &info}});
+        VxOperateRunner runner(false, 256, nullptr, QString(), {{256, &info}}, g_probes);
         runner.run();
         QCOMPARE(runner.items().keys(), QList<int>({256}));
         QCOMPARE(info.jumboValues.value(QStringLiteral("eth0")), 9014);

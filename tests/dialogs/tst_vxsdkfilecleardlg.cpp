@@ -5,7 +5,7 @@
 #include "customtablewidget.h"
 #include "customtitlebar.h"
 #include "dialogtestutil.h"
-#include "vxdialogprobes.h"
+#include "vxprobetable.h"
 #include "vxsdkfilecleardlg.h"
 #include "vxtipswidget.h"
 
@@ -19,6 +19,9 @@
 #include <new>
 
 namespace {
+
+// The probes the dialogs of the running test call.
+VxProbeTable g_probes = defaultProbeTable();
 
 const QString kLib = QStringLiteral("libLuCameraControl.so");
 const QString kUsb = QStringLiteral("libLuUsb3vTL.so");
@@ -46,7 +49,7 @@ void installClear(bool bAuthorized)
         info.bNormal = 1;
         return outcome;
     });
-    VxDialogProbes::setTable(table);
+    g_probes = table;
 }
 
 // Two system folders below a temporary root, the camera library in both and
@@ -95,14 +98,14 @@ private slots:
 
     void cleanup()
     {
-        VxDialogProbes::resetTable();
+        g_probes = defaultProbeTable();
     }
 
     void oneRowPerCopy()
     {
         Fixture fx;
         fx.info.foundFiles[kUsb].append(QString()); // empty directories are skipped
-        VxSDKFileClearDlg dialog(&fx.info);
+        VxSDKFileClearDlg dialog(&fx.info, nullptr, g_probes);
         CustomTableWidget *pTable = dialog.table();
         QCOMPARE(dialog.size(), QSize(650, 472));
         QCOMPARE(pTable->size(), QSize(615, 300));
@@ -140,7 +143,7 @@ private slots:
     {
         installClear(true);
         Fixture fx;
-        VxSDKFileClearDlg dialog(&fx.info);
+        VxSDKFileClearDlg dialog(&fx.info, nullptr, g_probes);
         dialog.show();
         QTest::mouseClick(rowButton(dialog, 1), Qt::LeftButton);
         // The clear got a record of that single copy.
@@ -164,7 +167,7 @@ private slots:
         installClear(true);
         Fixture fx;
         const QMap<QString, QStringList> mapBefore = fx.info.foundFiles;
-        VxSDKFileClearDlg dialog(&fx.info);
+        VxSDKFileClearDlg dialog(&fx.info, nullptr, g_probes);
         dialog.show();
         dialog.close();
         QCOMPARE(fx.info.foundFiles, mapBefore);
@@ -176,7 +179,7 @@ private slots:
     {
         installClear(true);
         Fixture fx;
-        VxSDKFileClearDlg dialog(&fx.info);
+        VxSDKFileClearDlg dialog(&fx.info, nullptr, g_probes);
         dialog.show();
         QTest::mouseClick(dialog.cButton(0), Qt::LeftButton);
         QCOMPARE(g_listCalls.size(), 1);
@@ -194,7 +197,7 @@ private slots:
     {
         installClear(false);
         Fixture fx;
-        VxSDKFileClearDlg dialog(&fx.info);
+        VxSDKFileClearDlg dialog(&fx.info, nullptr, g_probes);
         dialog.show();
         DialogTest::MessageBoxCatcher catcher;
         QTest::mouseClick(rowButton(dialog, 0), Qt::LeftButton);
@@ -212,7 +215,7 @@ private slots:
         Fixture fx;
         // One copy has gone meanwhile: it leaves the list, the others stay.
         QFile::remove(fx.strX86 + QLatin1Char('/') + kUsb);
-        VxSDKFileClearDlg dialog(&fx.info);
+        VxSDKFileClearDlg dialog(&fx.info, nullptr, g_probes);
         dialog.show();
         DialogTest::MessageBoxCatcher catcher;
         QTest::mouseClick(dialog.cButton(0), Qt::LeftButton);
@@ -231,7 +234,7 @@ private slots:
     void cellsShowTheirToolTips()
     {
         Fixture fx;
-        VxSDKFileClearDlg dialog(&fx.info);
+        VxSDKFileClearDlg dialog(&fx.info, nullptr, g_probes);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         QWidget other;
@@ -262,7 +265,7 @@ private slots:
     void languageChangeRetranslates()
     {
         Fixture fx;
-        VxSDKFileClearDlg dialog(&fx.info);
+        VxSDKFileClearDlg dialog(&fx.info, nullptr, g_probes);
         DialogTest::MarkingTranslator translator("VxSDKFileClearDlg");
         QCoreApplication::installTranslator(&translator);
         QCoreApplication::processEvents();

@@ -2,7 +2,6 @@
 #include "custom.h"
 #include "customloadingdialog.h"
 #include "custompushbutton.h"
-#include "vxdialogprobes.h"
 #include "../engine/fakeprobes.h"
 #include "vxitems.h"
 #include "vxonekeyresulttree.h"
@@ -229,8 +228,8 @@ void TestVxOneKeyResultTree::installDriverShowsLoadingUntilInstalled()
     FakeProbes fakes;
     fakes.nChecksUntilInstalled = 3;
     fakes.onStatusCheck = [] { QThread::msleep(50); };
-    VxDialogProbes::setTable(fakes.table());
     VxOneKeyResultTree tree;
+    tree.setProbeTable(fakes.table());
     tree.show();
     std::unique_ptr<CDetectInfo> pInfo(createDetectInfo(4));
     pInfo->bNormal = 0;
@@ -250,7 +249,6 @@ void TestVxOneKeyResultTree::installDriverShowsLoadingUntilInstalled()
     watcher.start(10);
     QTest::mouseClick(tree.button(4), Qt::LeftButton);
     watcher.stop();
-    VxDialogProbes::resetTable();
 
     QCOMPARE(listSeen, QStringList{"Installing GigE driver..."});
     QCOMPARE(fakes.takeCalls(), (QStringList{"install 4", "detect 4", "detect 4", "detect 4"}));

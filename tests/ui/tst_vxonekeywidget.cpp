@@ -12,6 +12,11 @@ namespace {
 class TestPage : public VxOneKeyWidget
 {
 public:
+    explicit TestPage(const VxProbeTable &table)
+        : VxOneKeyWidget(nullptr, table)
+    {
+    }
+
     QString strExportPath;
     QString strAskedDir;
     QString strAskedName;
@@ -65,6 +70,8 @@ private slots:
 private:
     void runToEnd(VxOneKeyWidget &page);
     FakeProbes *m_pFakes = nullptr;
+    // The probes the pages of the next test run.
+    std::function<VxProbeTable()> m_tableSource;
     QList<bool> m_listExport;
 };
 
@@ -78,13 +85,13 @@ void TestVxOneKeyWidget::init()
     m_pFakes = new FakeProbes;
     m_pFakes->nChecksUntilInstalled = 1;
     FakeProbes *pFakes = m_pFakes;
-    VxOperateThread::setProbeTableSource([pFakes] { return pFakes->tableWithoutTrees(); });
+    m_tableSource = [pFakes] { return pFakes->tableWithoutTrees(); };
     m_listExport.clear();
 }
 
 void TestVxOneKeyWidget::cleanup()
 {
-    VxOperateThread::setProbeTableSource(nullptr);
+    m_tableSource = nullptr;
     delete m_pFakes;
     m_pFakes = nullptr;
 }
@@ -98,7 +105,7 @@ void TestVxOneKeyWidget::runToEnd(VxOneKeyWidget &page)
 
 void TestVxOneKeyWidget::startsIdle()
 {
-    VxOneKeyWidget page;
+    VxOneKeyWidget page(nullptr, m_tableSource());
     QCOMPARE(page.state(), 0);
     QCOMPARE(page.titleText(), QStringLiteral("Vetrix Tool"));
     QCOMPARE(page.detailText(), QStringLiteral("Check the PC system, driver, and software running environment."));
@@ -109,7 +116,7 @@ void TestVxOneKeyWidget::startsIdle()
 
 void TestVxOneKeyWidget::detectionWithoutExceptionEndsInStateFour()
 {
-    VxOneKeyWidget page;
+    VxOneKeyWidget page(nullptr, m_tableSource());
     connect(&page, &VxOneKeyWidget::sigExportEnable, this, [this](bool b) { m_listExport << b; });
     page.worker()->setItemPause(1);
     page.show();
@@ -138,7 +145,7 @@ void TestVxOneKeyWidget::detectionWithoutExceptionEndsInStateFour()
 
 void TestVxOneKeyWidget::stopDuringDetectionAbortsAtOnce()
 {
-    VxOneKeyWidget page;
+    VxOneKeyWidget page(nullptr, m_tableSource());
     connect(&page, &VxOneKeyWidget::sigExportEnable, this, [this](bool b) { m_listExport << b; });
     page.worker()->setItemPause(100);
     page.show();
@@ -163,13 +170,13 @@ void TestVxOneKeyWidget::optimizationClearsExceptionsAndDisablesButton()
     // The environment check fails until the repair ran.
     bool bRepaired = false;
     FakeProbes *pFakes = m_pFakes;
-    VxOperateThread::setProbeTableSource([pFakes, &bRepaired] {
+    m_tableSource = [pFakes, &bRepaired] {
         VxProbeTable table = pFakes->tableWithoutTrees();
         table.setCheck(VxItems::EnvVariables, [&bRepaired](CEnvDetectInfo &info) { info.bNormal = bRepaired; });
         table.setRepair(VxItems::EnvVariables, [&bRepaired](CEnvDetectInfo &) { bRepaired = true; });
         return table;
-    });
-    VxOneKeyWidget page;
+    };
+    VxOneKeyWidget page(nullptr, m_tableSource());
     page.worker()->setItemPause(1);
     page.show();
     QTest::mouseClick(page.operateButton2(), Qt::LeftButton);
@@ -191,12 +198,12 @@ void TestVxOneKeyWidget::optimizationClearsExceptionsAndDisablesButton()
 void TestVxOneKeyWidget::repairFromTreeReentersStateFour()
 {
     FakeProbes *pFakes = m_pFakes;
-    VxOperateThread::setProbeTableSource([pFakes] {
+    m_tableSource = [pFakes] {
         VxProbeTable table = pFakes->tableWithoutTrees();
         table.setCheck(VxItems::JumboFrame, [](CJumboPacketDetectInfo &info) { info.bNormal = 0; });
         return table;
-    });
-    VxOneKeyWidget page;
+    };
+    VxOneKeyWidget page(nullptr, m_tableSource());
     page.worker()->setItemPause(1);
     page.show();
     QTest::mouseClick(page.operateButton2(), Qt::LeftButton);
@@ -219,7 +226,7 @@ void TestVxOneKeyWidget::repairFromTreeReentersStateFour()
 void TestVxOneKeyWidget::exportWritesLog()
 {
     QTemporaryDir dir;
-    TestPage page;
+    TestPage page(m_tableSource());
     page.worker()->setItemPause(1);
     page.strExportPath = dir.filePath("out.log");
     page.show();
@@ -240,7 +247,7 @@ void TestVxOneKeyWidget::exportWritesLog()
 void TestVxOneKeyWidget::exportRefusesLongPath()
 {
     QTemporaryDir dir;
-    TestPage page;
+    TestPage page(m_tableSource());
     page.strExportPath = dir.filePath(QString(260, QLatin1Char('a')) + ".log");
     ModalCloser closer;
     page.exportLog();
@@ -252,13 +259,13 @@ void TestVxOneKeyWidget::exportRefusesLongPath()
 void TestVxOneKeyWidget::groupNumbersFollowGrades()
 {
     FakeProbes *pFakes = m_pFakes;
-    VxOperateThread::setProbeTableSource([pFakes] {
+    m_tableSource = [pFakes] {
         VxProbeTable table = pFakes->tableWithoutTrees();
         table.setCheck(VxItems::SdkFiles, [](CSDKPathDetectInfo &info) { info.bNormal = 0; });
         table.setCheck(VxItems::Firewall, [](CDetectInfo &info) { info.bNormal = 0; });
         return table;
-    });
-    VxOneKeyWidget page;
+    };
+    VxOneKeyWidget page(nullptr, m_tableSource());
     page.worker()->setItemPause(1);
     page.show();
     QTest::mouseClick(page.operateButton2(), Qt::LeftButton);
@@ -274,12 +281,12 @@ void TestVxOneKeyWidget::unreadableItemsSayNotAvailable()
 {
     qputenv("VETRIX_SYSROOT", "/mnt/image");
     FakeProbes *pFakes = m_pFakes;
-    VxOperateThread::setProbeTableSource([pFakes] {
+    m_tableSource = [pFakes] {
         VxProbeTable table = pFakes->tableWithoutTrees();
         table.uUnreadable = 128 | 256;
         return table;
-    });
-    VxOneKeyWidget page;
+    };
+    VxOneKeyWidget page(nullptr, m_tableSource());
     page.worker()->setItemPause(1);
     page.show();
     QTest::mouseClick(page.operateButton2(), Qt::LeftButton);

@@ -62,6 +62,8 @@ private slots:
 
 private:
     FakeProbes *m_pFakes = nullptr;
+    // The probes the pages of the next test run.
+    std::function<VxProbeTable()> m_tableSource;
 };
 
 void TestVxOneKeyWidgetRun::initTestCase()
@@ -74,12 +76,12 @@ void TestVxOneKeyWidgetRun::init()
     m_pFakes = new FakeProbes;
     m_pFakes->nChecksUntilInstalled = 1;
     FakeProbes *pFakes = m_pFakes;
-    VxOperateThread::setProbeTableSource([pFakes] { return pFakes->tableWithoutTrees(); });
+    m_tableSource = [pFakes] { return pFakes->tableWithoutTrees(); };
 }
 
 void TestVxOneKeyWidgetRun::cleanup()
 {
-    VxOperateThread::setProbeTableSource(nullptr);
+    m_tableSource = nullptr;
     delete m_pFakes;
     m_pFakes = nullptr;
 }
@@ -91,7 +93,7 @@ void TestVxOneKeyWidgetRun::optimizationTitleCountsFinishedItems()
     std::atomic<bool> bSdkCleared{false}, bEnvRepaired{false}, bJumboRepaired{false};
     std::atomic<bool> bJumboRepairWorks{true};
     FakeProbes *pFakes = m_pFakes;
-    VxOperateThread::setProbeTableSource([&, pFakes] {
+    m_tableSource = [&, pFakes] {
         VxProbeTable table = pFakes->tableWithoutTrees();
         table.setCheck(VxItems::SdkFiles, [&](CSDKPathDetectInfo &info) { info.bNormal = bSdkCleared; });
         table.setRepair(VxItems::SdkFiles, [&](CSDKPathDetectInfo &info) {
@@ -106,8 +108,8 @@ void TestVxOneKeyWidgetRun::optimizationTitleCountsFinishedItems()
             info.bNormal = bJumboRepaired;
         });
         return table;
-    });
-    VxOneKeyWidget page;
+    };
+    VxOneKeyWidget page(nullptr, m_tableSource());
     page.worker()->setItemPause(1);
     page.show();
     QStringList listTitles;
@@ -156,7 +158,7 @@ void TestVxOneKeyWidgetRun::rowButtonsWaitForTheWorker()
     std::atomic<int> nUsbInstalls{0};
     Gate gigeInstall;
     FakeProbes *pFakes = m_pFakes;
-    VxOperateThread::setProbeTableSource([&, pFakes] {
+    m_tableSource = [&, pFakes] {
         VxProbeTable table = pFakes->tableWithoutTrees();
         table.setCheck(VxItems::EnvVariables, [&](CEnvDetectInfo &info) { info.bNormal = bEnvRepaired; });
         table.setRepair(VxItems::EnvVariables, [&](CEnvDetectInfo &) { bEnvRepaired = true; });
@@ -173,8 +175,8 @@ void TestVxOneKeyWidgetRun::rowButtonsWaitForTheWorker()
             return true;
         });
         return table;
-    });
-    VxOneKeyWidget page;
+    };
+    VxOneKeyWidget page(nullptr, m_tableSource());
     const auto openAtEnd = qScopeGuard([&gigeInstall] { gigeInstall.open(); });
     page.worker()->setItemPause(1);
     page.show();
@@ -208,13 +210,13 @@ void TestVxOneKeyWidgetRun::languageChangeKeepsTheProgress()
 {
     Gate firewall;
     FakeProbes *pFakes = m_pFakes;
-    VxOperateThread::setProbeTableSource([&, pFakes] {
+    m_tableSource = [&, pFakes] {
         VxProbeTable table = pFakes->tableWithoutTrees();
         table.setCheck(VxItems::SdkFiles, [](CSDKPathDetectInfo &info) { info.bNormal = 0; });
         table.setCheck(VxItems::Firewall, [&](CDetectInfo &) { firewall.pass(); });
         return table;
-    });
-    VxOneKeyWidget page;
+    };
+    VxOneKeyWidget page(nullptr, m_tableSource());
     const auto openAtEnd = qScopeGuard([&firewall] { firewall.open(); });
     page.worker()->setItemPause(1);
     page.show();
@@ -254,7 +256,7 @@ void TestVxOneKeyWidgetRun::buttonsStayInTheirRowsAfterAStop_data()
 void TestVxOneKeyWidgetRun::buttonsStayInTheirRowsAfterAStop()
 {
     QFETCH(int, item);
-    VxOneKeyWidget page;
+    VxOneKeyWidget page(nullptr, m_tableSource());
     page.resize(1366, 700);
     page.worker()->setItemPause(1);
     page.show();
@@ -292,7 +294,7 @@ void TestVxOneKeyWidgetRun::buttonsStayInTheirRowsAfterAStop()
 // "Diagnose Again" shows the new run from the first row.
 void TestVxOneKeyWidgetRun::diagnoseAgainScrollsToTheTop()
 {
-    VxOneKeyWidget page;
+    VxOneKeyWidget page(nullptr, m_tableSource());
     page.resize(1200, 450);
     page.worker()->setItemPause(1);
     page.show();
