@@ -96,7 +96,8 @@ Route systemRoute(const VxJournal &journal, const VxPrivileges &privileges = VxP
 
 // Applies the plan (or, when strUndoes is set, the undo of that
 // optimisation, the plan then being its undoPlan()) as strOpt.
+// *pHelperStatus (if given) receives how the helper ended (Done in process).
 QVector<VxChangeResult> run(const QString &strOpt, const VxPlan &plan, const Route &route, VxJournal &journal,
-    const QString &strUndoes = QString());
+    const QString &strUndoes = QString(), VxRepairStatus *pHelperStatus = nullptr);
 
 } // namespace VxApply

@@ -149,10 +149,12 @@ QStringList applyArguments(const QString &strOpt, const VxPlan &plan)
     return listArgs;
 }
 
-QVector<VxChangeResult> run(
-    const QString &strOpt, const VxPlan &plan, const Route &route, VxJournal &journal, const QString &strUndoes)
+QVector<VxChangeResult> run(const QString &strOpt, const VxPlan &plan, const Route &route, VxJournal &journal,
+    const QString &strUndoes, VxRepairStatus *pHelperStatus)
 {
     QVector<VxChangeResult> vecResults;
+    if (pHelperStatus)
+        *pHelperStatus = VxRepairStatus::Done;
     if (route.bInProcess) {
         QString strError;
         if (journal.openForWriting(&strError))
@@ -166,6 +168,8 @@ QVector<VxChangeResult> run(
         status = strUndoes.isEmpty() ? route.runHelper(QStringLiteral("apply"), applyArguments(strOpt, plan))
                                      : route.runHelper(QStringLiteral("undo"), {strOpt, strUndoes});
     }
+    if (pHelperStatus)
+        *pHelperStatus = status;
     // What the helper did is in the journal.
     QVector<VxJournalEntry> vecDone;
     for (const VxOptimisation &opt : journal.optimisations()) {

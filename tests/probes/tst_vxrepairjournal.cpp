@@ -3,6 +3,7 @@
 #include "envvars.h"
 #include "etcenvironment.h"
 #include "fixturesnapshot.h"
+#include "journaledrepairs.h"
 #include "repairplans.h"
 #include "sdkfiles.h"
 #include "vxapply.h"
@@ -321,6 +322,38 @@ private slots:
             QStringList(
                 {"libLuCameraControl.so: failed (not authorised)", "libLuUsb3vTL.so: failed (not authorised)"}));
         QVERIFY(QFileInfo::exists(root() + "/usr/lib/libLuCameraControl.so"));
+    }
+
+    // The rows' repairs of items 1 and 2 as journaled plans: the records
+    // turn normal, and undoing both optimisations restores the fixture.
+    void journaledRepairsCanBeUndone()
+    {
+        const QStringList listBefore = fixtureSnapshot(root());
+        const VxPrivileges rights(QString(), VxPrivileges::Rights::Root);
+        CSDKPathDetectInfo sdk;
+        SdkFiles::check(sdk);
+        QCOMPARE(sdk.bNormal, 0);
+        QVERIFY(JournaledRepairs::repairSdkFiles(sdk, rights).ok());
+        QCOMPARE(sdk.bNormal, 1);
+        CEnvDetectInfo env;
+        EnvVars::check(env);
+        QCOMPARE(env.bNormal, 0);
+        QVERIFY(JournaledRepairs::repairEnvironment(env, rights).ok());
+        QCOMPARE(env.bNormal, 1);
+        QCOMPARE(env.pendingValues.size(), 6); // from the next login on
+
+        VxJournal reader;
+        QCOMPARE(reader.optimisations().size(), 2);
+        for (int i = 0; i < 2; ++i) {
+            VxPlan undo;
+            const QString strLast = VxApply::lastUndoable(reader.optimisations());
+            QVERIFY(VxApply::undoPlan(reader.optimisations(), strLast, &undo));
+            VxJournal journal;
+            const QStringList listResults
+                = results(VxApply::run(VxApply::newOptimisationId(), undo, route(), journal, strLast));
+            QCOMPARE(listResults, all(listResults, "done"));
+        }
+        QCOMPARE(fixtureSnapshot(root(), {journalFolder()}), listBefore);
     }
 
     void tornAndForeignLinesAreSkipped()
