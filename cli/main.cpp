@@ -7,6 +7,7 @@
 #include "vxitemregistry.h"
 #include "vxitems.h"
 #include "vxoperatethread.h"
+#include "vxrepaircli.h"
 #include "vxresulttext.h"
 #include "vxusbdescriptorscli.h"
 
@@ -128,8 +129,10 @@ int main(int argc, char *argv[])
     parser.addOptions({itemsOption, formatOption, outputOption, timingsOption, langOption, compareOption});
     const QCommandLineOption usbDescriptorsOption(QStringLiteral("usb-descriptors"), VxUsbDescriptorsCli::optionHelp());
     parser.addOption(usbDescriptorsOption);
+    VxRepairCli repairCli;
+    parser.addOptions(VxRepairCli::helpOptions());
 
-    if (!parser.parse(QCoreApplication::arguments())) {
+    if (!parser.parse(repairCli.takeOptions(QCoreApplication::arguments()))) {
         printErr(parser.errorText());
         printErr(QCoreApplication::translate("VxCheck", "Try '%1 --help'.").arg(QStringLiteral("vetrix-check")));
         return ExitUsage;
@@ -160,6 +163,10 @@ int main(int argc, char *argv[])
         printErr(QCoreApplication::translate("VxCheck", "Unknown language \"%1\": use ENG or CH.").arg(strLang));
         return ExitUsage;
     }
+    if (!repairCli.usageError().isEmpty()) {
+        printErr(repairCli.usageError());
+        return ExitUsage;
+    }
     quint32 uMask = VxItemRegistry::shownMask();
     if (parser.isSet(itemsOption)) {
         QString strError;
@@ -173,6 +180,9 @@ int main(int argc, char *argv[])
     if (strLang == QLatin1String("CH") && !installChinese(translators))
         printErr(
             QCoreApplication::translate("VxCheck", "The Chinese translations are missing; the report is in English."));
+
+    if (repairCli.isActive())
+        return repairCli.run(strFormat == QLatin1String("json"), printOut, printErr);
 
     VxOperateThread::setWarningHandler([](QObject *, const QString &strInfo) { printErr(strInfo); });
 

@@ -1,6 +1,7 @@
 #include "helperverbs.h"
 
 #include "cameradrivers.h"
+#include "changeverbs.h"
 #include "envvars.h"
 #include "etcenvironment.h"
 #include "netadapters.h"
@@ -109,6 +110,10 @@ bool validate(const QStringList &listArgs, QString *pReason)
         return validateRemove(listRest, pReason);
     if (strVerb == QLatin1String("run-installer"))
         return validateInstaller(listRest, pReason);
+    if (strVerb == QLatin1String("apply"))
+        return ChangeVerbs::validateApply(listRest, pReason);
+    if (strVerb == QLatin1String("undo"))
+        return ChangeVerbs::validateUndo(listRest, pReason);
     return refuse(pReason, QStringLiteral("unknown verb: ") + strVerb);
 }
 
@@ -121,6 +126,12 @@ int run(const QStringList &listArgs)
     }
     const QString strVerb = listArgs.first();
     const QStringList listRest = listArgs.mid(1);
+    if (strVerb == QLatin1String("apply") || strVerb == QLatin1String("undo")) {
+        VxJournal journal;
+        const VxAppliers appliers = VxApply::systemAppliers(journal.quarantineFolder());
+        return strVerb == QLatin1String("apply") ? ChangeVerbs::runApply(listRest, appliers, journal)
+                                                 : ChangeVerbs::runUndo(listRest, appliers, journal);
+    }
     if (strVerb == QLatin1String("set-env")) {
         EtcEnvironment::Assignments assignments;
         for (int i = 0; i < listRest.size(); i += 2)

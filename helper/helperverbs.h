@@ -13,6 +13,8 @@
 //   set-mtu IFACE MTU                    set an interface's MTU
 //   remove-sdk-file PATH [PATH ...]      delete stray SDK libraries found by the check
 //   run-installer gige|usb3              start the SDK's driver install script
+//   apply OPT ITEM KIND TARGET OLD NEW ...  make journaled changes (changeverbs.h)
+//   undo OPT [UNDONE]                    restore a journaled optimisation
 namespace HelperVerbs {
 
 // The exit codes the program maps back to a repair status.

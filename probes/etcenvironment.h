@@ -34,4 +34,11 @@ QByteArray applied(const QByteArray &content, const Assignments &assignments);
 // (invalid name or value, or the write failed).
 bool apply(const Assignments &assignments);
 
+// The file's text without the last line that sets strName (the one
+// applied() changes or appends); every other byte is kept.
+QByteArray removed(const QByteArray &content, const QString &strName);
+// Removes that line from the file atomically, logged; true when the
+// variable was not set at all.
+bool unset(const QString &strName);
+
 } // namespace EtcEnvironment

@@ -161,4 +161,41 @@ bool apply(const Assignments &assignments)
     return true;
 }
 
+QByteArray removed(const QByteArray &content, const QString &strName)
+{
+    const QByteArray name = strName.toLocal8Bit();
+    const QList<Line> listLines = parse(content);
+    int nLast = -1;
+    for (int i = 0; i < listLines.size(); ++i) {
+        if (listLines.at(i).nValueStart >= 0 && listLines.at(i).name == name)
+            nLast = i;
+    }
+    QByteArray result;
+    for (int i = 0; i < listLines.size(); ++i) {
+        if (i != nLast)
+            result += listLines.at(i).bytes;
+    }
+    return result;
+}
+
+bool unset(const QString &strName)
+{
+    if (!isValidName(strName))
+        return false;
+    const QString strPath = filePath();
+    QFile file(strPath);
+    if (!file.exists())
+        return true;
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray content = file.readAll();
+    file.close();
+    if (valueOf(content, strName).isNull())
+        return true;
+    if (!AtomicFile::write(strPath, removed(content, strName)))
+        return false;
+    qCInfo(lcVxRepair).noquote() << strPath << strName << "old:" << valueOf(content, strName) << "new: (unset)";
+    return true;
+}
+
 } // namespace EtcEnvironment

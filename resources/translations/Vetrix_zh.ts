@@ -92,6 +92,102 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>--compare needs two reports: A.json B.json (- for a diagnosis run now).</source>
         <translation>--compare 需要两份报告：A.json B.json（- 表示现在运行的诊断）。</translation>
     </message>
+    <message>
+        <source>--repair= needs item ids, e.g. --repair=1,2.</source>
+        <translation>--repair= 需要项目编号，例如 --repair=1,2。</translation>
+    </message>
+    <message>
+        <source>--undo= needs a number or an optimisation id from --journal.</source>
+        <translation>--undo= 需要 --journal 列出的序号或优化编号。</translation>
+    </message>
+    <message>
+        <source>Repair the exceptional items that have a repair (1, 2, 256), or only those given as --repair=IDS. Every change is journaled and can be undone.</source>
+        <translation>修复有修复方法的异常项目（1、2、256），或仅修复 --repair=IDS 指定的项目。每项更改都记入日志，可以撤销。</translation>
+    </message>
+    <message>
+        <source>With --repair or --undo: show the planned changes (old and new value) and change nothing.</source>
+        <translation>与 --repair 或 --undo 一起使用：显示计划的更改（旧值和新值），不做任何更改。</translation>
+    </message>
+    <message>
+        <source>Undo the last optimisation, or the one given as --undo=N (its number or id in --journal).</source>
+        <translation>撤销上一次优化，或 --undo=N 指定的优化（--journal 中的序号或编号）。</translation>
+    </message>
+    <message>
+        <source>List the journaled optimisations and their changes.</source>
+        <translation>列出日志中记录的优化及其更改。</translation>
+    </message>
+    <message>
+        <source>--repair and --undo cannot be combined.</source>
+        <translation>--repair 和 --undo 不能同时使用。</translation>
+    </message>
+    <message>
+        <source>--journal cannot be combined with --repair, --undo or --dry-run.</source>
+        <translation>--journal 不能与 --repair、--undo 或 --dry-run 同时使用。</translation>
+    </message>
+    <message>
+        <source>--dry-run needs --repair or --undo.</source>
+        <translation>--dry-run 需要与 --repair 或 --undo 一起使用。</translation>
+    </message>
+    <message>
+        <source>Item &quot;%1&quot; has no repair here: use %2.</source>
+        <translation>项目“%1”在此没有修复方法：请使用 %2。</translation>
+    </message>
+    <message>
+        <source>(absent)</source>
+        <translation>（不存在）</translation>
+    </message>
+    <message>
+        <source>Nothing to change.</source>
+        <translation>无需更改。</translation>
+    </message>
+    <message>
+        <source>Planned changes: %1</source>
+        <translation>计划的更改：%1</translation>
+    </message>
+    <message>
+        <source>failed: %1</source>
+        <translation>失败：%1</translation>
+    </message>
+    <message>
+        <source>Made: %1, failed: %2.</source>
+        <translation>已完成：%1，失败：%2。</translation>
+    </message>
+    <message>
+        <source>Optimisation %1 is journaled; undo it with: vetrix-check --undo=%1</source>
+        <translation>优化 %1 已记入日志；撤销命令：vetrix-check --undo=%1</translation>
+    </message>
+    <message>
+        <source>No optimisation &quot;%1&quot; in the journal: see --journal.</source>
+        <translation>日志中没有优化“%1”：请查看 --journal。</translation>
+    </message>
+    <message>
+        <source>Nothing to undo.</source>
+        <translation>没有可撤销的优化。</translation>
+    </message>
+    <message>
+        <source>Undoing optimisation %1.</source>
+        <translation>正在撤销优化 %1。</translation>
+    </message>
+    <message>
+        <source>%1 of %2 changes made</source>
+        <translation>已完成 %1/%2 项更改</translation>
+    </message>
+    <message>
+        <source>(undoes %1)</source>
+        <translation>（撤销 %1）</translation>
+    </message>
+    <message>
+        <source>(undone)</source>
+        <translation>（已撤销）</translation>
+    </message>
+    <message>
+        <source>The journal is empty.</source>
+        <translation>日志为空。</translation>
+    </message>
+    <message>
+        <source>Repairs from the command line are available on Linux only.</source>
+        <translation>命令行修复仅在 Linux 上可用。</translation>
+    </message>
 </context>
 <context>
     <name>VxCheckReport</name>

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "vxchange.h"
+#include "vxrepair.h"
+
+class CEnvDetectInfo;
+class CJumboPacketDetectInfo;
+class CSDKPathDetectInfo;
+class VxJournal;
+
+// The Linux repairs of items 1, 2 and 256 made as plans through the journal,
+// so that each can be undone: the plan of the record (RepairPlans), applied
+// as one optimisation (VxApply::run on the route of the rights given), then
+// the item checked again. They fit the rows' repair entries.
+namespace JournaledRepairs {
+
+// Applies a plan as one optimisation; Done when every change was made (or
+// was already made), else the helper's status or Failed with the first
+// failed change's reason.
+VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights, VxJournal &journal);
+
+VxRepairOutcome repairSdkFiles(CSDKPathDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
+VxRepairOutcome repairEnvironment(CEnvDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
+VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
+
+} // namespace JournaledRepairs

@@ -1,0 +1,56 @@
+#include "journaledrepairs.h"
+
+#include "cdetectinfo.h"
+#include "envvars.h"
+#include "jumboframe.h"
+#include "repairplans.h"
+#include "sdkfiles.h"
+#include "vxapply.h"
+#include "vxjournal.h"
+
+namespace JournaledRepairs {
+
+VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights, VxJournal &journal)
+{
+    if (plan.isEmpty())
+        return VxRepairOutcome();
+    VxRepairStatus helperStatus = VxRepairStatus::Done;
+    const QVector<VxChangeResult> vecResults = VxApply::run(
+        VxApply::newOptimisationId(), plan, VxApply::systemRoute(journal, rights), journal, QString(), &helperStatus);
+    for (const VxChangeResult &result : vecResults) {
+        if (result.strResult == QLatin1String(VxJournalResult::Done)
+            || result.strResult == QLatin1String(VxJournalResult::Unchanged))
+            continue;
+        if (helperStatus != VxRepairStatus::Done)
+            return VxRepairOutcome(helperStatus, result.strReason);
+        return VxRepairOutcome::failed(result.change.strTarget + QStringLiteral(": ") + result.strReason);
+    }
+    return VxRepairOutcome();
+}
+
+VxRepairOutcome repairSdkFiles(CSDKPathDetectInfo &info, const VxPrivileges &rights)
+{
+    VxJournal journal;
+    const VxRepairOutcome outcome = applyPlan(RepairPlans::sdkFilesPlan(info), rights, journal);
+    SdkFiles::check(info);
+    return outcome;
+}
+
+VxRepairOutcome repairEnvironment(CEnvDetectInfo &info, const VxPrivileges &rights)
+{
+    VxJournal journal;
+    const VxRepairOutcome outcome = applyPlan(RepairPlans::environmentPlan(info), rights, journal);
+    // What the machine's file now holds counts as pending until the next login.
+    EnvVars::check(info);
+    return outcome;
+}
+
+VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &rights)
+{
+    VxJournal journal;
+    const VxRepairOutcome outcome = applyPlan(RepairPlans::jumboPlan(info), rights, journal);
+    JumboFrame::check(info);
+    return outcome;
+}
+
+} // namespace JournaledRepairs
