@@ -18,6 +18,11 @@ namespace {
 class TestWindow : public VxMainWindow
 {
 public:
+    explicit TestWindow(const VxProbeTable &table)
+        : VxMainWindow(nullptr, table)
+    {
+    }
+
     QString strReportPath; // what the open dialog "chooses"
     QString strJsonPath; // what the save dialog "chooses"
     int nAsked = 0;
@@ -103,13 +108,10 @@ void TestVxMainWindowReport::initTestCase()
     QVERIFY(QResource::registerResource(QStringLiteral(VX_BIN_DIR "/rcc/Panekit_Default.rcc")));
     QStandardPaths::setTestModeEnabled(true);
     qputenv("VETRIX_SYSROOT", m_root.path().toUtf8());
-    FakeProbes *pFakes = &m_fakes;
-    VxOperateThread::setProbeTableSource([pFakes] { return pFakes->tableWithoutTrees(); });
 }
 
 void TestVxMainWindowReport::cleanupTestCase()
 {
-    VxOperateThread::setProbeTableSource(nullptr);
     qunsetenv("VETRIX_SYSROOT");
 }
 
@@ -123,7 +125,7 @@ void TestVxMainWindowReport::diagnose(TestWindow &window)
 
 void TestVxMainWindowReport::menuEntries()
 {
-    TestWindow window;
+    TestWindow window(m_fakes.tableWithoutTrees());
     QAction *pCompare = window.action(VxMainWindow::ActCompareReport);
     QAction *pJson = window.action(VxMainWindow::ActExportJson);
     QVERIFY(pCompare && pJson);
@@ -141,7 +143,7 @@ void TestVxMainWindowReport::menuEntries()
 
 void TestVxMainWindowReport::beforeDiagnosisSaysSo()
 {
-    TestWindow window;
+    TestWindow window(m_fakes.tableWithoutTrees());
     window.strReportPath = m_files.filePath("never.json");
     ModalCloser closer;
     window.OnMenuActionTriggered(window.action(VxMainWindow::ActCompareReport));
@@ -152,7 +154,7 @@ void TestVxMainWindowReport::beforeDiagnosisSaysSo()
 
 void TestVxMainWindowReport::exportThenCompare()
 {
-    TestWindow window;
+    TestWindow window(m_fakes.tableWithoutTrees());
     diagnose(window);
     ModalCloser closer;
 
@@ -200,7 +202,7 @@ void TestVxMainWindowReport::exportThenCompare()
 
 void TestVxMainWindowReport::badReportIsRefused()
 {
-    TestWindow window;
+    TestWindow window(m_fakes.tableWithoutTrees());
     diagnose(window);
     ModalCloser closer;
     QFile file(m_files.filePath("bad.json"));
