@@ -50,6 +50,21 @@ inline QByteArray simpleConfiguration(quint8 interfaceClass, quint8 bmAttributes
     return c;
 }
 
+// A configuration with one interface of the class, subclass and protocol
+// and one bulk IN endpoint.
+inline QByteArray interfaceConfiguration(quint8 interfaceClass, quint8 subClass, quint8 protocol)
+{
+    QByteArray c = QByteArray::fromHex("09020000010100c032");
+    c += QByteArray::fromHex("0904000001");
+    c += char(interfaceClass);
+    c += char(subClass);
+    c += char(protocol);
+    c += char(0);
+    c += QByteArray::fromHex("0705810200040a");
+    c[2] = char(c.size());
+    return c;
+}
+
 // A PCI USB host controller at /sys/devices/pci0000:00/<address>, linked
 // from /sys/bus/pci/devices; driver may be empty (nothing bound).
 inline QString addController(const QString &strRoot, const QString &strAddress, quint16 vid, quint16 did,
