@@ -19,6 +19,7 @@ PACKAGES=(
     # with xdotool), the installer made with NSIS
     g++-mingw-w64-x86-64-posix xz-utils wine64 nsis xdotool
     desktop-file-utils  # tests/packaging validates the .desktop file
+    python3-jsonschema  # tests/usb validates the USB tree reports against doc/schema
 )
 
 install_missing() {

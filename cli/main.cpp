@@ -6,6 +6,7 @@
 #include "vxitems.h"
 #include "vxoperatethread.h"
 #include "vxresulttext.h"
+#include "vxusbtreecli.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -94,6 +95,8 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vetrix-check"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VX_VERSION));
+    if (VxUsbTreeCli::isRequested(QCoreApplication::arguments()))
+        return VxUsbTreeCli::run(QCoreApplication::arguments());
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QCoreApplication::translate("VxCheck",

@@ -4,6 +4,7 @@
 #include "usblink.h"
 #include "usbprobe.h"
 #include "usbsysroot.h"
+#include "usbtreejson.h"
 
 #include <QJsonArray>
 #include <QTemporaryDir>
@@ -79,6 +80,9 @@ private slots:
     void noTree();
     void factsOfFallback();
     void otherRecordClass();
+    void treeJsonOfCapturedTree();
+    void treeTextOfCapturedTree();
+    void treeJsonOfNullTree();
 };
 
 void TestUsbLink::initTestCase()
@@ -283,6 +287,71 @@ void TestUsbLink::otherRecordClass()
     QCOMPARE(other.bNormal, 1);
     QVERIFY(usbLinkLines(other).isEmpty());
     QVERIFY(usbLinkFacts(other).isEmpty());
+}
+
+void TestUsbLink::treeJsonOfCapturedTree()
+{
+    qputenv("VETRIX_SYSROOT", VX_SOURCE_DIR "/tests/usb/fixtures/xhci-hub-hid-audio");
+    UsbRootItem *pRoot = VxUsbProbe::buildTree();
+    QVERIFY(pRoot);
+    const QJsonObject tree = VxUsbProbe::treeJson(pRoot);
+    VxUsbProbe::destroyTree(pRoot);
+    QCOMPARE(tree.value("schemaVersion").toInt(), 1);
+    const QJsonArray controllers = tree.value("controllers").toArray();
+    QCOMPARE(controllers.size(), 1);
+    const QJsonObject c = controllers.first().toObject();
+    QCOMPARE(c.value("driver").toString(), QString("xhci_hcd"));
+    QCOMPARE(c.value("pciAddress").toString(), QString("0000:00:05.0"));
+    QCOMPARE(c.value("vendorId").toString(), QString("0x1b36"));
+    const QJsonArray hubs = c.value("rootHubs").toArray();
+    QCOMPARE(hubs.size(), 2);
+    QCOMPARE(hubs.at(1).toObject().value("bus").toString(), QString("2"));
+    QCOMPARE(hubs.at(1).toObject().value("speedMbps").toDouble(), 5000.0);
+    // usb2 port 4: the SuperSpeed storage device.
+    const QJsonArray ports = hubs.at(1).toObject().value("ports").toArray();
+    QCOMPARE(ports.size(), 4);
+    QCOMPARE(ports.at(0).toObject().value("status").toString(), QString("NoDeviceConnected"));
+    QVERIFY(!ports.at(0).toObject().contains("device"));
+    const QJsonObject disk = ports.at(3).toObject().value("device").toObject();
+    QCOMPARE(disk.value("portPath").toString(), QString("2-4"));
+    QCOMPARE(disk.value("speedMbps").toDouble(), 5000.0);
+    QCOMPARE(disk.value("usbVersion").toString(), QString("3.00"));
+    QCOMPARE(disk.value("configurationValue").toInt(), 1);
+    const QJsonObject storage = disk.value("interfaces").toArray().first().toObject();
+    QCOMPARE(storage.value("class").toInt(), 8);
+    QCOMPARE(storage.value("subClass").toInt(), 6);
+    QCOMPARE(storage.value("protocol").toInt(), 0x62);
+    // usb1 port 1: the hub, with the keyboard on its port 1.
+    const QJsonObject hub = hubs.at(0).toObject().value("ports").toArray().first().toObject().value("device").toObject();
+    QCOMPARE(hub.value("isHub").toBool(), true);
+    const QJsonObject keyboard = hub.value("ports").toArray().first().toObject().value("device").toObject();
+    QCOMPARE(keyboard.value("portPath").toString(), QString("1-1.1"));
+    QCOMPARE(keyboard.value("product").toString(), QString("QEMU USB Keyboard"));
+    QCOMPARE(keyboard.value("speedMbps").toDouble(), 12.0);
+}
+
+void TestUsbLink::treeTextOfCapturedTree()
+{
+    qputenv("VETRIX_SYSROOT", VX_SOURCE_DIR "/tests/usb/fixtures/xhci-hub-hid-audio");
+    UsbRootItem *pRoot = VxUsbProbe::buildTree();
+    QVERIFY(pRoot);
+    const QStringList lines = VxUsbProbe::treeText(pRoot);
+    VxUsbProbe::destroyTree(pRoot);
+    QVERIFY2(lines.first().startsWith("Controller: ") && lines.first().endsWith(" (0000:00:05.0, xhci_hcd)"),
+             qPrintable(lines.first()));
+    QVERIFY(lines.contains("    /:  Bus 2: Root Hub usb2 (USB 3.0), 5000M"));
+    const int nKeyboard = lines.indexOf(QRegularExpression(".*Port 1 \\(1-1\\.1\\): .*\\[0627:0001\\], USB 2\\.00, 12M$"));
+    QVERIFY2(nKeyboard > 0, qPrintable(lines.join('\n')));
+    QVERIFY(lines.at(nKeyboard).startsWith("            |__ Port 1"));
+    QCOMPARE(lines.at(nKeyboard + 1), QString("                Interface 0.0: class 03, subclass 01, protocol 01"));
+}
+
+void TestUsbLink::treeJsonOfNullTree()
+{
+    const QJsonObject tree = VxUsbProbe::treeJson(nullptr);
+    QCOMPARE(tree.value("schemaVersion").toInt(), 1);
+    QVERIFY(tree.value("controllers").toArray().isEmpty());
+    QVERIFY(VxUsbProbe::treeText(nullptr).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestUsbLink)
