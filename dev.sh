@@ -20,6 +20,7 @@ PACKAGES=(
     g++-mingw-w64-x86-64-posix xz-utils wine64 nsis xdotool
     desktop-file-utils  # tests/packaging validates the .desktop file
     python3-jsonschema  # tests/usb validates the USB tree reports against doc/schema
+    libbenchmark-dev  # bench/usb/bench_usbtreecli (Google Benchmark)
 )
 
 install_missing() {
