@@ -224,7 +224,7 @@ void SysfsDeviceReader::readDevice(DeviceFacts &f, bool bRootHub)
 bool SysfsDeviceReader::hasUsbfs()
 {
     if (m_nUsbfs < 0)
-        m_nUsbfs = m_fs.isDir("/dev/bus/usb", true) ? 1 : 0;
+        m_nUsbfs = m_fs.isLiveRoot() && m_fs.isDir("/dev/bus/usb", true) ? 1 : 0;
     return m_nUsbfs == 1;
 }
 
