@@ -16,6 +16,8 @@ const char *const kClProtocol = "LUCAM_GENICAM_CLPROTOCOL";
 const char *const kGenTl32 = "GENICAM_GENTL32_PATH";
 const char *const kGenTl64 = "GENICAM_GENTL64_PATH";
 
+bool g_bFixtureRootHasProcessSession = false;
+
 QString readLatin1(const QString &strName)
 {
     return QDir::toNativeSeparators(QString::fromLatin1(qgetenv(strName.toLatin1().constData())));
@@ -146,6 +148,11 @@ QStringList queuedValues(const QString &strName, const QString &strValue)
     return listQueued;
 }
 
+void setFixtureRootHasProcessSession(bool bYes)
+{
+    g_bFixtureRootHasProcessSession = bYes;
+}
+
 void check(CEnvDetectInfo &info)
 {
     info.missingValues.clear();
@@ -153,8 +160,11 @@ void check(CEnvDetectInfo &info)
     info.pendingValues.clear();
     info.bNormal = 1;
     const Layout lay = layout();
+    // A system image is judged by its own machine-wide values: this
+    // process's environment belongs to the machine running the program.
+    const bool bImage = !LuInterface::isLiveRoot() && !g_bFixtureRootHasProcessSession && lay.machineValue;
     for (const QString &strName : variableNames()) {
-        const QString strValue = sessionValue(strName);
+        const QString strValue = bImage ? lay.machineValue(strName) : sessionValue(strName);
         info.currentValues[strName] = strValue;
         const QStringList listQueued = queuedValues(strName, strValue);
         if (listQueued.isEmpty())
