@@ -28,11 +28,23 @@ static_assert(sizeof(USB_NODE_INFORMATION) >= sizeof(UsbHubInformationBlock), "h
 static_assert(offsetof(USB_NODE_INFORMATION, u) == offsetof(UsbHubInformationBlock, HubDescriptor), "hub descriptor offset");
 static_assert(sizeof(USB_HUB_DESCRIPTOR) == sizeof(UsbHubDescriptor), "hub descriptor size");
 static_assert(offsetof(USB_DESCRIPTOR_REQUEST, Data) == offsetof(UsbDescriptorRequest, Data), "request header");
-static_assert(sizeof(USB_NODE_CONNECTION_INFORMATION_EX_V2) == 16, "connection information V2 is four words");
 
 namespace probekit {
 
 namespace {
+
+// The V2 connection information of Windows 8 and later; the SDK headers
+// declare it only for builds aimed at Windows 8, this program runs from
+// Windows 7 on (where the hub driver refuses the request).
+struct CConnectionInfoV2
+{
+    ULONG ConnectionIndex;
+    ULONG Length;
+    ULONG SupportedUsbProtocols; // USB_PROTOCOLS
+    ULONG Flags;                 // USB_NODE_CONNECTION_INFORMATION_EX_V2_FLAGS
+};
+static_assert(sizeof(CConnectionInfoV2) == 16, "connection information V2 is four words");
+constexpr DWORD kIoctlConnectionInfoV2 = CTL_CODE(FILE_DEVICE_USB, 279, METHOD_BUFFERED, FILE_ANY_ACCESS);
 
 class CHandle
 {
@@ -297,12 +309,12 @@ UsbPortLinkInfo *CWinTreeBuilder::linkInfo(HANDLE hHub, ULONG nPort, const UsbPo
     if (!pLink)
         return nullptr;
     pLink->pPortPath = m_arena.wide(strPortPath);
-    USB_NODE_CONNECTION_INFORMATION_EX_V2 v2{};
+    CConnectionInfoV2 v2{};
     v2.ConnectionIndex = nPort;
     v2.Length = sizeof v2;
-    v2.SupportedUsbProtocols.ul = UsbLinkProtocolUsb110 | UsbLinkProtocolUsb200 | UsbLinkProtocolUsb300;
+    v2.SupportedUsbProtocols = UsbLinkProtocolUsb110 | UsbLinkProtocolUsb200 | UsbLinkProtocolUsb300;
     DWORD nReturned = 0;
-    if (ioctl(hHub, IOCTL_USB_GET_NODE_CONNECTION_INFORMATION_EX_V2, &v2, sizeof v2, &nReturned))
+    if (ioctl(hHub, kIoctlConnectionInfoV2, &v2, sizeof v2, &nReturned))
         decodeConnectionInfoV2(reinterpret_cast<const uint8_t *>(&v2), nReturned, nPort, *pLink);
     completeLinkFromConnection(connection, *pLink);
     return pLink;
