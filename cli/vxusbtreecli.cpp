@@ -35,7 +35,9 @@ bool render(const QString &strFormat, QString &strOut)
         strOut = QString::fromUtf8(QJsonDocument(VxUsbProbe::treeJson(pRoot)).toJson(QJsonDocument::Indented));
     } else if (pRoot) {
         const QStringList lines = VxUsbProbe::treeText(pRoot);
-        strOut = lines.isEmpty() ? QString() : lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+        strOut = lines.isEmpty() ? QCoreApplication::translate("VxCheck", "No USB host controller was found.")
+                                 : lines.join(QLatin1Char('\n'));
+        strOut += QLatin1Char('\n');
     } else {
         strOut = QCoreApplication::translate("VxCheck", "The USB tree could not be read (the probe library is missing).")
                  + QLatin1Char('\n');

@@ -88,6 +88,10 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Usage: %1 --usb-tree [--format text|json]</source>
         <translation>用法:%1 --usb-tree [--format text|json]</translation>
     </message>
+    <message>
+        <source>No USB host controller was found.</source>
+        <translation>未找到USB主控制器。</translation>
+    </message>
 </context>
 <context>
     <name>VxCheckReport</name>
