@@ -5,6 +5,9 @@
 #include "usbprobe.h"
 #include "usbsysroot.h"
 #include "usbtreejson.h"
+#include "vxusbtreecli.h"
+
+#include <QJsonDocument>
 
 #include <QJsonArray>
 #include <QTemporaryDir>
@@ -83,6 +86,7 @@ private slots:
     void treeJsonOfCapturedTree();
     void treeTextOfCapturedTree();
     void treeJsonOfNullTree();
+    void usbTreeOption();
 };
 
 void TestUsbLink::initTestCase()
@@ -352,6 +356,35 @@ void TestUsbLink::treeJsonOfNullTree()
     QCOMPARE(tree.value("schemaVersion").toInt(), 1);
     QVERIFY(tree.value("controllers").toArray().isEmpty());
     QVERIFY(VxUsbProbe::treeText(nullptr).isEmpty());
+}
+
+void TestUsbLink::usbTreeOption()
+{
+    QVERIFY(VxUsbTreeCli::isRequested({"vetrix-check", "--format", "json", "--usb-tree"}));
+    QVERIFY(!VxUsbTreeCli::isRequested({"vetrix-check", "--items", "512"}));
+    qputenv("VETRIX_SYSROOT", VX_SOURCE_DIR "/tests/usb/fixtures/xhci-hub-hid-audio");
+    QString strText;
+    QVERIFY(VxUsbTreeCli::render("text", strText));
+    QVERIFY(strText.startsWith("Controller: ") && strText.endsWith("\n"));
+    QVERIFY(strText.contains("(2-4): "));
+    QString strJson;
+    QVERIFY(VxUsbTreeCli::render("json", strJson));
+    QJsonParseError error;
+    const QJsonDocument doc = QJsonDocument::fromJson(strJson.toUtf8(), &error);
+    QCOMPARE(error.error, QJsonParseError::NoError);
+    QCOMPARE(doc.object().value("controllers").toArray().size(), 1);
+
+    // An image without USB: the text says so; without the library there is no tree.
+    QTemporaryDir empty;
+    qputenv("VETRIX_SYSROOT", empty.path().toLocal8Bit());
+    QVERIFY(VxUsbTreeCli::render("text", strText));
+    QCOMPARE(strText, QString("No USB host controller was found.\n"));
+    VxUsbProbe::setLibraryPath(QStringLiteral("/nonexistent/probekit"));
+    QVERIFY(!VxUsbTreeCli::render("text", strText));
+    QCOMPARE(strText, QString("The USB tree could not be read (the probe library is missing).\n"));
+    QVERIFY(!VxUsbTreeCli::render("json", strJson));
+    QCOMPARE(QJsonDocument::fromJson(strJson.toUtf8()).object().value("schemaVersion").toInt(), 1);
+    VxUsbProbe::setLibraryPath(kLibrary);
 }
 
 QTEST_GUILESS_MAIN(TestUsbLink)
