@@ -39,8 +39,9 @@ bool render(const QString &strFormat, QString &strOut)
                                  : lines.join(QLatin1Char('\n'));
         strOut += QLatin1Char('\n');
     } else {
-        strOut = QCoreApplication::translate("VxCheck", "The USB tree could not be read (the probe library is missing).")
-                 + QLatin1Char('\n');
+        strOut
+            = QCoreApplication::translate("VxCheck", "The USB tree could not be read (the probe library is missing).")
+            + QLatin1Char('\n');
     }
     VxUsbProbe::destroyTree(pRoot);
     return pRoot != nullptr;
@@ -50,19 +51,21 @@ int run(const QStringList &listArguments)
 {
     QCommandLineParser parser;
     parser.addOption(QCommandLineOption(kOption));
-    const QCommandLineOption formatOption(QStringLiteral("format"), QString(), QStringLiteral("format"),
-                                          QStringLiteral("text"));
+    const QCommandLineOption formatOption(
+        QStringLiteral("format"), QString(), QStringLiteral("format"), QStringLiteral("text"));
     parser.addOption(formatOption);
     if (!parser.parse(listArguments) || !parser.positionalArguments().isEmpty()) {
-        print(stderr, QCoreApplication::translate("VxCheck", "Usage: %1 --usb-tree [--format text|json]")
-                              .arg(QStringLiteral("vetrix-check"))
-                          + QLatin1Char('\n'));
+        print(stderr,
+            QCoreApplication::translate("VxCheck", "Usage: %1 --usb-tree [--format text|json]")
+                    .arg(QStringLiteral("vetrix-check"))
+                + QLatin1Char('\n'));
         return 2;
     }
     const QString strFormat = parser.value(formatOption);
     if (strFormat != QLatin1String("text") && strFormat != QLatin1String("json")) {
-        print(stderr, QCoreApplication::translate("VxCheck", "Unknown format \"%1\": use text or json.").arg(strFormat)
-                          + QLatin1Char('\n'));
+        print(stderr,
+            QCoreApplication::translate("VxCheck", "Unknown format \"%1\": use text or json.").arg(strFormat)
+                + QLatin1Char('\n'));
         return 2;
     }
     QString strOut;

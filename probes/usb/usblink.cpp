@@ -67,7 +67,7 @@ void walk(const UsbListNode *pList, int nDepth, const QString &strUsb2Hub, CWalk
             // A USB3 Vision device is a SuperSpeed device by its standard,
             // also when it fell back and reports bcdUSB 0x0210.
             d.bSuperSpeedCapable = d.bUsb3Vision || d.bSuperSpeedPlusCapable || dd.bcdUSB >= 0x0300
-                                   || linkFlag(facts.pLink, UsbLinkSuperSpeedCapable) || uKbps >= kSuperSpeedKbps;
+                || linkFlag(facts.pLink, UsbLinkSuperSpeedCapable) || uKbps >= kSuperSpeedKbps;
             if (d.bSuperSpeedCapable) {
                 d.strName = VxUsbNode::deviceName(facts);
                 d.strPortPath = strPath;
@@ -83,7 +83,8 @@ void walk(const UsbListNode *pList, int nDepth, const QString &strUsb2Hub, CWalk
         }
         if (facts.bHub) {
             const bool bUsb2 = isUsb2Hub(facts, uKbps);
-            walk(pItem->pChildren, nDepth + 1, bUsb2 ? (strPath.isEmpty() ? QStringLiteral("?") : strPath) : strUsb2Hub, w);
+            walk(pItem->pChildren, nDepth + 1, bUsb2 ? (strPath.isEmpty() ? QStringLiteral("?") : strPath) : strUsb2Hub,
+                w);
         }
     }
 }
@@ -100,7 +101,7 @@ void analyseTree(const UsbRootItem *pRoot, CUsbLinkDetectInfo &info)
         info.bNormal = 0;
         return;
     }
-    CWalk w{info, QString(), 0, kMaxNodes};
+    CWalk w {info, QString(), 0, kMaxNodes};
     int nIndex = 0;
     for (const UsbListNode *pCell = pRoot->pChildren; pCell && w.nBudget > 0; pCell = pCell->pNext, --w.nBudget) {
         const UsbTreeItem *pItem = pCell->pItem;
@@ -196,7 +197,8 @@ QStringList usbLinkLines(const CDetectInfo &record)
     if (!pInfo)
         return lines;
     if (!pInfo->bTreeRead) {
-        lines << QCoreApplication::translate("VxOneKeyResult", "The USB tree could not be read (the probe library is missing).");
+        lines << QCoreApplication::translate(
+            "VxOneKeyResult", "The USB tree could not be read (the probe library is missing).");
         return lines;
     }
     int nCameras = 0;
@@ -208,19 +210,23 @@ QStringList usbLinkLines(const CDetectInfo &record)
         const QString strSpeed = speedText(d.uSpeedKbps);
         const QString strCapability = capabilityText(d);
         if (d.isFallback())
-            lines << QCoreApplication::translate("VxOneKeyResult", "USB3 Vision camera %1 at port %2 runs at %3 although it is capable of %4: it fell back to "
-                        "USB 2 (check the cable, the port and any hub).")
+            lines << QCoreApplication::translate("VxOneKeyResult",
+                "USB3 Vision camera %1 at port %2 runs at %3 although it is capable of %4: it fell back to "
+                "USB 2 (check the cable, the port and any hub).")
                          .arg(strDevice, portText(d), strSpeed, strCapability);
         if (d.isBehindUsb2Hub())
-            lines << QCoreApplication::translate("VxOneKeyResult", "USB3 Vision camera %1 at port %2 (%3, capable of %4) is connected behind the USB 2 hub at "
-                        "port %5.")
+            lines << QCoreApplication::translate("VxOneKeyResult",
+                "USB3 Vision camera %1 at port %2 (%3, capable of %4) is connected behind the USB 2 hub at "
+                "port %5.")
                          .arg(strDevice, portText(d), strSpeed, strCapability, d.strUsb2HubPath);
         if (!d.isFallback() && !d.isBehindUsb2Hub())
-            lines << QCoreApplication::translate("VxOneKeyResult", "USB3 Vision camera %1 at port %2: %3, capable of %4.")
+            lines << QCoreApplication::translate(
+                "VxOneKeyResult", "USB3 Vision camera %1 at port %2: %3, capable of %4.")
                          .arg(strDevice, portText(d), strSpeed, strCapability);
     }
     for (const CUsbLinkSharedController &c : pInfo->sharedControllers)
-        lines << QCoreApplication::translate("VxOneKeyResult", "Warning: %1 USB3 Vision cameras share the host controller %2 and its bandwidth (ports %3).")
+        lines << QCoreApplication::translate("VxOneKeyResult",
+            "Warning: %1 USB3 Vision cameras share the host controller %2 and its bandwidth (ports %3).")
                      .arg(c.listPortPaths.size())
                      .arg(c.strController, c.listPortPaths.join(QStringLiteral(", ")));
     if (nCameras == 0)
@@ -230,7 +236,8 @@ QStringList usbLinkLines(const CDetectInfo &record)
             lines << QCoreApplication::translate("VxOneKeyResult", "Information: %1 at port %2: %3, capable of %4.")
                          .arg(deviceText(d), portText(d), speedText(d.uSpeedKbps), capabilityText(d));
     if (pInfo->nUnreadable > 0)
-        lines << QCoreApplication::translate("VxOneKeyResult", "Information: %1 connected USB devices whose descriptors could not be read were left out.")
+        lines << QCoreApplication::translate("VxOneKeyResult",
+            "Information: %1 connected USB devices whose descriptors could not be read were left out.")
                      .arg(pInfo->nUnreadable);
     return lines;
 }
@@ -262,8 +269,8 @@ QJsonObject usbLinkFacts(const CDetectInfo &record)
     facts.insert(QStringLiteral("devices"), devices);
     QJsonArray shared;
     for (const CUsbLinkSharedController &c : pInfo->sharedControllers)
-        shared.append(QJsonObject{{QStringLiteral("controller"), c.strController},
-                                  {QStringLiteral("portPaths"), QJsonArray::fromStringList(c.listPortPaths)}});
+        shared.append(QJsonObject {{QStringLiteral("controller"), c.strController},
+            {QStringLiteral("portPaths"), QJsonArray::fromStringList(c.listPortPaths)}});
     facts.insert(QStringLiteral("sharedControllers"), shared);
     facts.insert(QStringLiteral("unreadableDevices"), pInfo->nUnreadable);
     return facts;

@@ -17,10 +17,10 @@ struct UsbRootItem;
 // One USB3 Vision device, or another SuperSpeed-capable device (information).
 struct CUsbLinkDevice
 {
-    QString strName;       // vendor and product
-    QString strPortPath;   // "2-1.3"
+    QString strName; // vendor and product
+    QString strPortPath; // "2-1.3"
     QString strController; // the host controller's name
-    int nController = 0;   // index of the controller in the tree
+    int nController = 0; // index of the controller in the tree
     quint16 uVendorId = 0;
     quint16 uProductId = 0;
     quint16 uBcdUsb = 0;
@@ -47,8 +47,8 @@ class CUsbLinkDetectInfo : public CDetectInfo
 public:
     CUsbLinkDetectInfo() { nItem = 65536; }
     ~CUsbLinkDetectInfo() override;
-    bool bTreeRead = false;                          // the probe library gave a tree
-    QVector<CUsbLinkDevice> devices;                 // tree order
+    bool bTreeRead = false; // the probe library gave a tree
+    QVector<CUsbLinkDevice> devices; // tree order
     QVector<CUsbLinkSharedController> sharedControllers;
     int nUnreadable = 0; // connected devices whose device descriptor could not be read
 };

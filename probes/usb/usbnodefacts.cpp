@@ -27,7 +27,7 @@ CNodeFacts nodeFacts(const void *pInfo)
     }
     f.bValid = f.pConnection && f.pConnection->ConnectionStatus != UsbNoDeviceConnected;
     f.bDescriptorRead = f.bValid && f.pConnection->DeviceDescriptor.bLength == 18
-                        && f.pConnection->DeviceDescriptor.bDescriptorType == 1;
+        && f.pConnection->DeviceDescriptor.bDescriptorType == 1;
     return f;
 }
 
@@ -120,7 +120,10 @@ QString speedMbpsText(quint32 uKbps)
 
 QString bcdText(quint16 uBcd)
 {
-    return QStringLiteral("USB %1.%2%3").arg((uBcd >> 8) & 0xFF, 0, 16).arg((uBcd >> 4) & 0xF, 0, 16).arg(uBcd & 0xF, 0, 16);
+    return QStringLiteral("USB %1.%2%3")
+        .arg((uBcd >> 8) & 0xFF, 0, 16)
+        .arg((uBcd >> 4) & 0xF, 0, 16)
+        .arg(uBcd & 0xF, 0, 16);
 }
 
 QString portPath(const UsbPortLinkInfo *pLink)

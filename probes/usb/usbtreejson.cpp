@@ -16,9 +16,8 @@ constexpr int kMaxDepth = 16;
 constexpr int kMaxNodes = 20000;
 
 const char *const kStatusNames[] = {"NoDeviceConnected", "DeviceConnected", "DeviceFailedEnumeration",
-                                    "DeviceGeneralFailure", "DeviceCausedOvercurrent", "DeviceNotEnoughPower",
-                                    "DeviceNotEnoughBandwidth", "DeviceHubNestedTooDeeply", "DeviceInLegacyHub",
-                                    "DeviceEnumerating", "DeviceReset"};
+    "DeviceGeneralFailure", "DeviceCausedOvercurrent", "DeviceNotEnoughPower", "DeviceNotEnoughBandwidth",
+    "DeviceHubNestedTooDeeply", "DeviceInLegacyHub", "DeviceEnumerating", "DeviceReset"};
 
 QJsonValue textOrNull(const QString &s)
 {
@@ -32,13 +31,16 @@ QJsonValue speedValue(quint32 uKbps)
 
 QString versionText(quint16 uBcd)
 {
-    return QStringLiteral("%1.%2%3").arg((uBcd >> 8) & 0xFF, 0, 16).arg((uBcd >> 4) & 0xF, 0, 16).arg(uBcd & 0xF, 0, 16);
+    return QStringLiteral("%1.%2%3")
+        .arg((uBcd >> 8) & 0xFF, 0, 16)
+        .arg((uBcd >> 4) & 0xF, 0, 16)
+        .arg(uBcd & 0xF, 0, 16);
 }
 
 QString statusName(quint32 uStatus)
 {
     return uStatus < sizeof kStatusNames / sizeof kStatusNames[0] ? QString::fromLatin1(kStatusNames[uStatus])
-                                                                   : QStringLiteral("Unknown");
+                                                                  : QStringLiteral("Unknown");
 }
 
 // The walk shared by the JSON and the text: one visitor per node kind.
@@ -92,9 +94,9 @@ protected:
             h.insert(QStringLiteral("bus"), VxUsbNode::portPath(pHub->pLinkInfo));
             h.insert(QStringLiteral("speedMbps"), speedValue(pHub->pLinkInfo ? pHub->pLinkInfo->SpeedKbps : 0));
             h.insert(QStringLiteral("portCount"),
-                     (pHub->pHubInfo && (pHub->uHubFieldsKnown & UsbHubFieldPorts))
-                         ? QJsonValue(int(pHub->pHubInfo->HubDescriptor.bNumberOfPorts))
-                         : QJsonValue());
+                (pHub->pHubInfo && (pHub->uHubFieldsKnown & UsbHubFieldPorts))
+                    ? QJsonValue(int(pHub->pHubInfo->HubDescriptor.bNumberOfPorts))
+                    : QJsonValue());
             h.insert(QStringLiteral("ports"), ports(pHubItem->pChildren, 1));
             hubs.append(h);
         }
@@ -152,11 +154,9 @@ private:
         }
         QJsonArray interfaces;
         for (const VxUsbNode::CInterface &i : VxUsbNode::interfaces(f.pConfig))
-            interfaces.append(QJsonObject{{QStringLiteral("number"), i.nNumber},
-                                          {QStringLiteral("alternateSetting"), i.nAlternate},
-                                          {QStringLiteral("class"), i.nClass},
-                                          {QStringLiteral("subClass"), i.nSubClass},
-                                          {QStringLiteral("protocol"), i.nProtocol}});
+            interfaces.append(QJsonObject {{QStringLiteral("number"), i.nNumber},
+                {QStringLiteral("alternateSetting"), i.nAlternate}, {QStringLiteral("class"), i.nClass},
+                {QStringLiteral("subClass"), i.nSubClass}, {QStringLiteral("protocol"), i.nProtocol}});
         d.insert(QStringLiteral("interfaces"), interfaces);
         if (f.bHub)
             d.insert(QStringLiteral("ports"), ports(pItem->pChildren, nDepth + 1));
@@ -176,19 +176,20 @@ protected:
         if (strName.isEmpty())
             strName = CUsbTreeDecoder::wideText(pItem->pName);
         QStringList listWhere;
-        for (const QString &s : {CUsbTreeDecoder::wideText(pInfo->pPciAddress), CUsbTreeDecoder::wideText(pInfo->pDriverName)})
+        for (const QString &s :
+            {CUsbTreeDecoder::wideText(pInfo->pPciAddress), CUsbTreeDecoder::wideText(pInfo->pDriverName)})
             if (!s.isEmpty())
                 listWhere << s;
         lines << QCoreApplication::translate("VxUsbTree", "Controller: %1").arg(strName)
-                     + (listWhere.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(listWhere.join(QStringLiteral(", "))));
+                + (listWhere.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(listWhere.join(QStringLiteral(", "))));
         for (const UsbListNode *pCell = pItem->pChildren; pCell && m_nBudget > 0; pCell = pCell->pNext, --m_nBudget) {
             const UsbTreeItem *pHubItem = pCell->pItem;
             if (!pHubItem || !pHubItem->pInfo || *static_cast<const qint32 *>(pHubItem->pInfo) != UsbNodeRootHub)
                 continue;
             const auto *pHub = static_cast<const UsbHubNodeInfo *>(pHubItem->pInfo);
-            QString strLine = QStringLiteral("/:  ") + QCoreApplication::translate("VxUsbTree", "Bus %1: %2")
-                                                          .arg(VxUsbNode::portPath(pHub->pLinkInfo),
-                                                               CUsbTreeDecoder::wideText(pHubItem->pName));
+            QString strLine = QStringLiteral("/:  ")
+                + QCoreApplication::translate("VxUsbTree", "Bus %1: %2")
+                      .arg(VxUsbNode::portPath(pHub->pLinkInfo), CUsbTreeDecoder::wideText(pHubItem->pName));
             appendSpeed(strLine, pHub->pLinkInfo ? pHub->pLinkInfo->SpeedKbps : 0);
             lines << QStringLiteral("    ") + strLine;
             ports(pHubItem->pChildren, 1);
@@ -199,7 +200,8 @@ private:
     static void appendSpeed(QString &strLine, quint32 uKbps)
     {
         strLine += QStringLiteral(", ")
-                   + (uKbps ? VxUsbNode::speedMbpsText(uKbps) + QLatin1Char('M') : QCoreApplication::translate("VxUsbTree", "unknown speed"));
+            + (uKbps ? VxUsbNode::speedMbpsText(uKbps) + QLatin1Char('M')
+                     : QCoreApplication::translate("VxUsbTree", "unknown speed"));
     }
 
     void ports(const UsbListNode *pList, int nDepth)
@@ -214,9 +216,9 @@ private:
                 continue;
             const UsbDeviceDescriptor &dd = f.pConnection->DeviceDescriptor;
             QString strLine = QStringLiteral("|__ ")
-                              + QCoreApplication::translate("VxUsbTree", "Port %1 (%2): %3")
-                                    .arg(QString::number(f.pConnection->ConnectionIndex), VxUsbNode::portPath(f.pLink),
-                                         VxUsbNode::deviceName(f));
+                + QCoreApplication::translate("VxUsbTree", "Port %1 (%2): %3")
+                      .arg(QString::number(f.pConnection->ConnectionIndex), VxUsbNode::portPath(f.pLink),
+                          VxUsbNode::deviceName(f));
             if (f.bDescriptorRead)
                 strLine += QStringLiteral(" [%1:%2], %3")
                                .arg(dd.idVendor, 4, 16, QLatin1Char('0'))
@@ -228,12 +230,13 @@ private:
             lines << strIndent + strLine;
             for (const VxUsbNode::CInterface &i : VxUsbNode::interfaces(f.pConfig))
                 lines << strIndent + QStringLiteral("    ")
-                             + QCoreApplication::translate("VxUsbTree", "Interface %1.%2: class %3, subclass %4, protocol %5")
-                                   .arg(i.nNumber)
-                                   .arg(i.nAlternate)
-                                   .arg(QStringLiteral("%1").arg(i.nClass, 2, 16, QLatin1Char('0')),
-                                        QStringLiteral("%1").arg(i.nSubClass, 2, 16, QLatin1Char('0')),
-                                        QStringLiteral("%1").arg(i.nProtocol, 2, 16, QLatin1Char('0')));
+                        + QCoreApplication::translate(
+                            "VxUsbTree", "Interface %1.%2: class %3, subclass %4, protocol %5")
+                              .arg(i.nNumber)
+                              .arg(i.nAlternate)
+                              .arg(QStringLiteral("%1").arg(i.nClass, 2, 16, QLatin1Char('0')),
+                                  QStringLiteral("%1").arg(i.nSubClass, 2, 16, QLatin1Char('0')),
+                                  QStringLiteral("%1").arg(i.nProtocol, 2, 16, QLatin1Char('0')));
             if (f.bHub)
                 ports(pItem->pChildren, nDepth + 1);
         }
@@ -246,8 +249,8 @@ QJsonObject treeJson(const UsbRootItem *pRoot)
 {
     CJsonWalk walk;
     walk.run(pRoot);
-    return QJsonObject{{QStringLiteral("schemaVersion"), kUsbTreeSchemaVersion},
-                       {QStringLiteral("controllers"), walk.controllers}};
+    return QJsonObject {
+        {QStringLiteral("schemaVersion"), kUsbTreeSchemaVersion}, {QStringLiteral("controllers"), walk.controllers}};
 }
 
 QStringList treeText(const UsbRootItem *pRoot)
