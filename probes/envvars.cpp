@@ -29,10 +29,22 @@ QString readLocale(const QString &strName)
     return LuInterface::char2QStringLocale(value.constData(), -1);
 }
 
-// C + "/" + A + "/" + strSub, with native separators.
+// A mounted system image is judged by its own machine-wide values, and
+// this process's environment belongs to the machine running the program.
+bool readsImage()
+{
+    return !LuInterface::isLiveRoot() && !g_bFixtureRootHasProcessSession && layout().machineValue;
+}
+
+// C + "/" + A + "/" + strSub, with native separators. In an image the
+// folders are named as its own programs see them, without the root in front.
 QString expected(const QString &strSub)
 {
-    return QDir::toNativeSeparators(LuInterface::commonFilesPath() + QStringLiteral("/%1/").arg(LuInterface::appName()) + strSub);
+    QString strCommon = LuInterface::commonFilesPath();
+    const QString strRoot = LuInterface::sysRoot();
+    if (readsImage() && strCommon.startsWith(strRoot + QLatin1Char('/')))
+        strCommon = strCommon.mid(strRoot.size());
+    return QDir::toNativeSeparators(strCommon + QStringLiteral("/%1/").arg(LuInterface::appName()) + strSub);
 }
 
 // The value this process sees for a variable, read as the check reads it.
@@ -160,9 +172,7 @@ void check(CEnvDetectInfo &info)
     info.pendingValues.clear();
     info.bNormal = 1;
     const Layout lay = layout();
-    // A system image is judged by its own machine-wide values: this
-    // process's environment belongs to the machine running the program.
-    const bool bImage = !LuInterface::isLiveRoot() && !g_bFixtureRootHasProcessSession && lay.machineValue;
+    const bool bImage = readsImage();
     for (const QString &strName : variableNames()) {
         const QString strValue = bImage ? lay.machineValue(strName) : sessionValue(strName);
         info.currentValues[strName] = strValue;

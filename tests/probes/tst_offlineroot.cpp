@@ -94,6 +94,21 @@ private slots:
         QCOMPARE(info.bNormal, 0);
     }
 
+    // The SDK folders are named as the image's own programs see them.
+    void environmentNamesTheImagesFolders()
+    {
+        writeFile(root() + "/etc/environment",
+                  "GENICAM_GENTL64_PATH=\"/opt/Orvex/Runtime/Linux64_x64:\"\n"
+                  "GENICAM_GENTL32_PATH=\"/elsewhere\"\n");
+        CEnvDetectInfo info;
+        EnvVars::check(info);
+        QVERIFY(!info.missingValues.contains("GENICAM_GENTL64_PATH"));
+        QCOMPARE(info.missingValues.value("GENICAM_GENTL32_PATH"), QStringList({"/opt/Orvex/Runtime/Linux32_i86:"}));
+        const auto writes = EnvVars::plannedWrites(info);
+        for (const auto &write : writes)
+            QVERIFY2(!write.second.contains(root()), qPrintable(write.first + "=" + write.second));
+    }
+
     void byteOrderOfTheImagesPrograms_data()
     {
         QTest::addColumn<QByteArray>("header");
