@@ -8,7 +8,6 @@
 
 #include "fssource.h"
 #include "idsfile.h"
-#include "portlink.h"
 #include "sysfsdevice.h"
 
 #include <algorithm>
