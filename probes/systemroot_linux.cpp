@@ -3,7 +3,7 @@
 #include "luinterface.h"
 #include "netadapters.h"
 #include "usblink.h"
-#include "vxitems.h"
+#include "vxitemid.h"
 
 #include <QFileInfo>
 
