@@ -8,6 +8,7 @@
 QVector<VxItemRow> sdkItemRows();
 QVector<VxItemRow> driverItemRows();
 QVector<VxItemRow> systemItemRows();
+QVector<VxItemRow> tuningItemRows();
 
 namespace VxItemText {
 // A text of the result view (context "VxOneKeyResult").

@@ -655,6 +655,14 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Information: %1 connected USB devices whose descriptors could not be read were left out.</source>
         <translation>信息:%1 个已连接但无法读取描述符的 USB 设备未列出。</translation>
     </message>
+    <message>
+        <source>USB3 Vision Link</source>
+        <translation>USB3 Vision 链路</translation>
+    </message>
+    <message>
+        <source>Camera Host Tuning</source>
+        <translation>相机主机调优</translation>
+    </message>
 </context>
 <context>
     <name>VxOneKeyResultTree</name>

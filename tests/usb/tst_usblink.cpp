@@ -5,6 +5,7 @@
 #include "usbprobe.h"
 #include "usbsysroot.h"
 #include "usbtreejson.h"
+#include "vxitemregistry.h"
 #include "vxusbtreecli.h"
 
 #include <QJsonDocument>
@@ -87,6 +88,7 @@ private slots:
     void treeTextOfCapturedTree();
     void treeJsonOfNullTree();
     void usbTreeOption();
+    void rows();
 };
 
 void TestUsbLink::initTestCase()
@@ -385,6 +387,33 @@ void TestUsbLink::usbTreeOption()
     QVERIFY(!VxUsbTreeCli::render("json", strJson));
     QCOMPARE(QJsonDocument::fromJson(strJson.toUtf8()).object().value("schemaVersion").toInt(), 1);
     VxUsbProbe::setLibraryPath(kLibrary);
+}
+
+// Item 512's report facts carry the tree as data; item 65536 has its row.
+void TestUsbLink::rows()
+{
+    const VxItemRow *pTree = VxItemRegistry::row(512);
+    QVERIFY(pTree && pTree->facts);
+    qputenv("VETRIX_SYSROOT", VX_SOURCE_DIR "/tests/usb/fixtures/xhci-hub-hid-audio");
+    CUsbBasicDetectInfo info;
+    info.pRootItem = VxUsbProbe::buildTree();
+    QVERIFY(info.pRootItem);
+    const QJsonObject facts = pTree->facts(info);
+    VxUsbProbe::destroyTree(info.pRootItem);
+    info.pRootItem = nullptr;
+    QCOMPARE(facts.value("usbTree").toObject().value("schemaVersion").toInt(), 1);
+    QCOMPARE(facts.value("usbTree").toObject().value("controllers").toArray().size(), 1);
+
+    const VxItemRow *pLink = VxItemRegistry::row(65536);
+    QVERIFY(pLink);
+    QCOMPARE(QString(pLink->pName), QString("USB3 Vision Link"));
+    QCOMPARE(int(pLink->group), 8);
+    std::unique_ptr<CDetectInfo> record(pLink->create());
+    QVERIFY(dynamic_cast<CUsbLinkDetectInfo *>(record.get()));
+    QCOMPARE(record->nItem, 65536);
+    VxUsbLink::check(*record);
+    QCOMPARE(pLink->lines(*record), usbLinkLines(*record));
+    QCOMPARE(pLink->facts(*record).value("devices").toArray().size(), 1); // the fixture's SuperSpeed disk
 }
 
 QTEST_GUILESS_MAIN(TestUsbLink)
