@@ -19,7 +19,8 @@ PACKAGES=(
     # with xdotool), the installer made with NSIS
     g++-mingw-w64-x86-64-posix xz-utils wine64 nsis xdotool
     desktop-file-utils  # tests/packaging validates the .desktop file
-    libbenchmark-dev  # bench/report times vetrix-check --compare with Google Benchmark
+    python3-jsonschema  # tests/usb validates the USB tree reports against doc/schema
+    libbenchmark-dev  # bench/usb/bench_usbtreecli (Google Benchmark)
 )
 
 install_missing() {

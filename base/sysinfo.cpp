@@ -102,8 +102,39 @@ QString primaryScreenTextFromGuiThread()
 
 } // namespace
 
+namespace {
+
+// The byte order of a system image: EI_DATA of the ELF header of one of its
+// programs (1 little, 2 big endian); 0 when none can be read. A link as the
+// last part of the path is not followed: an absolute target would lead to
+// the running machine's file.
+int imageByteOrder()
+{
+    for (const char *pProgram : {"/usr/bin/env", "/usr/bin/true", "/bin/true", "/usr/bin/ls", "/bin/ls"}) {
+        const QString strPath = sysPath(QString::fromLatin1(pProgram));
+        if (QFileInfo(strPath).isSymLink())
+            continue;
+        const QByteArray header = Detail::readSmallFile(strPath, 16);
+        if (header.size() >= 6 && header.startsWith("\x7f" "ELF") && (header.at(5) == 1 || header.at(5) == 2))
+            return header.at(5);
+    }
+    return 0;
+}
+
+} // namespace
+
 QString byteOrder()
 {
+    if (!isLiveRoot()) {
+        switch (imageByteOrder()) {
+        case 1:
+            return QCoreApplication::translate("LuInterface", "Little Endian");
+        case 2:
+            return QCoreApplication::translate("LuInterface", "Big Endian");
+        default:
+            return Detail::unknownText();
+        }
+    }
     if (QSysInfo::ByteOrder == QSysInfo::LittleEndian)
         return QCoreApplication::translate("LuInterface", "Little Endian");
     return QCoreApplication::translate("LuInterface", "Big Endian");

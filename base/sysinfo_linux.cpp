@@ -160,6 +160,8 @@ QString graphicsChips()
             break;
     }
     const QDir devices(sysPath(QStringLiteral("/sys/bus/pci/devices")));
+    if (!devices.exists()) // a system image: its sysfs is empty, the chips are not known
+        return Detail::unknownText();
     QStringList listNames;
     const QStringList listEntries = devices.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::System, QDir::Name);
     for (const QString &strEntry : listEntries) {

@@ -10,6 +10,7 @@
 #include "vxrepaircli.h"
 #include "vxresulttext.h"
 #include "vxusbdescriptorscli.h"
+#include "vxusbtreecli.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -98,6 +99,8 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vetrix-check"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VX_VERSION));
+    if (VxUsbTreeCli::isRequested(QCoreApplication::arguments()))
+        return VxUsbTreeCli::run(QCoreApplication::arguments());
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QCoreApplication::translate("VxCheck",

@@ -28,7 +28,7 @@ QVector<int> idsByRank(int VxItemRow::*pRank, int nGroup = 0)
 const QVector<VxItemRow> &rows()
 {
     static const QVector<VxItemRow> all = [] {
-        QVector<VxItemRow> list = sdkItemRows() + driverItemRows() + systemItemRows();
+        QVector<VxItemRow> list = sdkItemRows() + driverItemRows() + systemItemRows() + tuningItemRows();
         std::sort(list.begin(), list.end(), [](const VxItemRow &a, const VxItemRow &b) { return a.id < b.id; });
         return list;
     }();

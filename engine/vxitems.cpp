@@ -20,6 +20,7 @@ const QMap<int, const char *> &groupSourceNames()
         {SdkGroup, QT_TRANSLATE_NOOP("VxOneKeyResult", "SDK Diagnosis")},
         {DriverGroup, QT_TRANSLATE_NOOP("VxOneKeyResult", "Driver Diagnosis")},
         {SystemGroup, QT_TRANSLATE_NOOP("VxOneKeyResult", "PC System Diagnosis")},
+        {CameraHostTuningGroup, QT_TRANSLATE_NOOP("VxOneKeyResult", "Camera Host Tuning")},
     };
     return names;
 }

@@ -16,6 +16,8 @@ const char *const kClProtocol = "LUCAM_GENICAM_CLPROTOCOL";
 const char *const kGenTl32 = "GENICAM_GENTL32_PATH";
 const char *const kGenTl64 = "GENICAM_GENTL64_PATH";
 
+bool g_bFixtureRootHasProcessSession = false;
+
 QString readLatin1(const QString &strName)
 {
     return QDir::toNativeSeparators(QString::fromLatin1(qgetenv(strName.toLatin1().constData())));
@@ -27,10 +29,22 @@ QString readLocale(const QString &strName)
     return LuInterface::char2QStringLocale(value.constData(), -1);
 }
 
-// C + "/" + A + "/" + strSub, with native separators.
+// A mounted system image is judged by its own machine-wide values, and
+// this process's environment belongs to the machine running the program.
+bool readsImage()
+{
+    return !LuInterface::isLiveRoot() && !g_bFixtureRootHasProcessSession && layout().machineValue;
+}
+
+// C + "/" + A + "/" + strSub, with native separators. In an image the
+// folders are named as its own programs see them, without the root in front.
 QString expected(const QString &strSub)
 {
-    return QDir::toNativeSeparators(LuInterface::commonFilesPath() + QStringLiteral("/%1/").arg(LuInterface::appName()) + strSub);
+    QString strCommon = LuInterface::commonFilesPath();
+    const QString strRoot = LuInterface::sysRoot();
+    if (readsImage() && strCommon.startsWith(strRoot + QLatin1Char('/')))
+        strCommon = strCommon.mid(strRoot.size());
+    return QDir::toNativeSeparators(strCommon + QStringLiteral("/%1/").arg(LuInterface::appName()) + strSub);
 }
 
 // The value this process sees for a variable, read as the check reads it.
@@ -146,6 +160,11 @@ QStringList queuedValues(const QString &strName, const QString &strValue)
     return listQueued;
 }
 
+void setFixtureRootHasProcessSession(bool bYes)
+{
+    g_bFixtureRootHasProcessSession = bYes;
+}
+
 void check(CEnvDetectInfo &info)
 {
     info.missingValues.clear();
@@ -153,8 +172,9 @@ void check(CEnvDetectInfo &info)
     info.pendingValues.clear();
     info.bNormal = 1;
     const Layout lay = layout();
+    const bool bImage = readsImage();
     for (const QString &strName : variableNames()) {
-        const QString strValue = sessionValue(strName);
+        const QString strValue = bImage ? lay.machineValue(strName) : sessionValue(strName);
         info.currentValues[strName] = strValue;
         const QStringList listQueued = queuedValues(strName, strValue);
         if (listQueued.isEmpty())

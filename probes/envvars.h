@@ -44,6 +44,11 @@ QStringList queuedValues(const QString &strName, const QString &strValue);
 // repair has nothing left to do, it takes effect at the next login, and it
 // does not make the item exceptional.
 void check(CEnvDetectInfo &info);
+// Below a system root other than the running machine's (a mounted image) the
+// check reads the image's machine-wide values, not this process's
+// environment. Tests whose fixture root stands for a running machine (this
+// process being its session) turn that off.
+void setFixtureRootHasProcessSession(bool bYes);
 
 // The final value of each variable the repair writes, in key order: the
 // queued parts put in front of the value seen (path-like variables) or

@@ -1,17 +1,34 @@
 #include "systemroot.h"
 
+#include "luinterface.h"
 #include "netadapters.h"
+#include "usblink.h"
 #include "vxitemid.h"
+
+#include <QFileInfo>
 
 namespace SystemRoot {
 
-// The network items read the interfaces below sys/class/net; a root without
-// that folder (a disk image: sysfs exists only while a system runs) has none.
+// Sources a system image cannot stand in for:
+// - the network items read the interfaces below sys/class/net; a root
+//   without that folder (a disk image: sysfs exists only while a system
+//   runs) has none;
+// - the GigE filter driver is asked through its device node, which in an
+//   image would reach the driver of the machine running the program;
+// - the USB items read the USB and PCI devices of sysfs.
 quint32 unreadableItems()
 {
+    quint32 uMask = 0;
     if (!NetAdapters::linksReadable())
-        return quint32(VxItems::LineRate) | quint32(VxItems::JumboFrame);
-    return 0;
+        uMask |= quint32(VxItems::LineRate) | quint32(VxItems::JumboFrame);
+    if (LuInterface::isLiveRoot())
+        return uMask;
+    uMask |= quint32(VxItems::GigeDriver);
+    const bool bUsbTree = QFileInfo(LuInterface::sysPath(QStringLiteral("/sys/bus/usb/devices"))).isDir()
+                          || QFileInfo(LuInterface::sysPath(QStringLiteral("/sys/bus/pci/devices"))).isDir();
+    if (!bUsbTree)
+        uMask |= quint32(VxItems::UsbControllerDriver) | quint32(VxItems::UsbControllerInfo) | quint32(VxUsbLink::kItemId);
+    return uMask;
 }
 
 } // namespace SystemRoot

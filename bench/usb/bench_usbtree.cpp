@@ -23,54 +23,16 @@ constexpr int kControllers = 8;
 constexpr int kDevicesPerBus = 127;
 constexpr double kTargetMicros = 50.0;
 
-// The machine's full PCI id database when it has one (as on a real system),
-// else two lines of it.
-void writePciIds(const QString &strRoot)
-{
-    QFile ids(QStringLiteral("/usr/share/misc/pci.ids"));
-    QByteArray idsText = "8086  Intel Corporation\n\ta36d  Cannon Lake PCH USB 3.1 xHCI Host Controller\n";
-    if (ids.open(QIODevice::ReadOnly))
-        idsText = ids.readAll();
-    UsbSysroot::writeFile(strRoot + "/usr/share/misc/pci.ids", idsText);
-}
-
 // A small PC: one controller with four devices on its root hub.
 int buildSmallSysroot(const QString &strRoot)
 {
-    writePciIds(strRoot);
+    UsbSysroot::writeMachinePciIds(strRoot);
     const QByteArray device = UsbSysroot::deviceDescriptor(0x0200, 0, 0, 0x046d, 0xc077) + UsbSysroot::simpleConfiguration(3);
     const QString ctrl = UsbSysroot::addController(strRoot, QStringLiteral("0000:00:14.0"), 0x8086, 0xa36d, "xhci_hcd");
     const QString rootHub = UsbSysroot::addRootHub(ctrl, 1, 4);
     for (int port = 1; port <= 4; ++port)
         UsbSysroot::addUsbDevice(rootHub, QStringLiteral("1-%1").arg(port), device, "12", port + 1, 0, "Bench Mouse");
     return 4;
-}
-
-int buildSysroot(const QString &strRoot)
-{
-    writePciIds(strRoot);
-    QByteArray hub = UsbSysroot::deviceDescriptor(0x0200, 9, 2, 0x0409, 0x55aa);
-    hub += QByteArray::fromHex("09021900010100e0000904000001090000000705810301000c");
-    const QByteArray device = UsbSysroot::deviceDescriptor(0x0200, 0, 0, 0x046d, 0xc077) + UsbSysroot::simpleConfiguration(3);
-    int nDevices = 0;
-    for (int c = 0; c < kControllers; ++c) {
-        const QString address = QStringLiteral("0000:%1:00.0").arg(c + 1, 2, 16, QLatin1Char('0'));
-        const QString ctrl = UsbSysroot::addController(strRoot, address, 0x8086, 0xa36d, "xhci_hcd");
-        const QString rootHub = UsbSysroot::addRootHub(ctrl, c + 1, 8);
-        int nLeft = kDevicesPerBus;
-        int nAddress = 2;
-        for (int port = 1; port <= 8 && nLeft > 0; ++port) {
-            const QString hubName = QStringLiteral("%1-%2").arg(c + 1).arg(port);
-            const int nPorts = port < 8 ? 16 : 7;
-            const QString hubDir = UsbSysroot::addUsbDevice(rootHub, hubName, hub, "480", nAddress++, nPorts, "Bench Hub");
-            --nLeft;
-            ++nDevices;
-            for (int p = 1; p <= nPorts && nLeft > 0; ++p, --nLeft, ++nDevices)
-                UsbSysroot::addUsbDevice(hubDir, QStringLiteral("%1.%2").arg(hubName).arg(p), device, "12", nAddress++, 0,
-                                         "Bench Mouse");
-        }
-    }
-    return nDevices;
 }
 
 double median(std::vector<double> v)
@@ -87,7 +49,7 @@ int main(int argc, char **argv)
     QTemporaryDir dir;
     if (!dir.isValid())
         return 2;
-    const int nDevices = buildSysroot(dir.path());
+    const int nDevices = UsbSysroot::addBenchTree(dir.path(), kControllers, kDevicesPerBus);
     qputenv("VETRIX_SYSROOT", dir.path().toLocal8Bit());
     if (argc > 1)
         VxUsbProbe::setLibraryPath(QString::fromLocal8Bit(argv[1]));

@@ -9,6 +9,7 @@
 QVector<VxItemRow> sdkItemRows();
 QVector<VxItemRow> driverItemRows();
 QVector<VxItemRow> systemItemRows();
+QVector<VxItemRow> tuningItemRows();
 
 // A row of an item whose record is of class Record, detected at rank
 // nDetect and shown as row nDisplay of its group.

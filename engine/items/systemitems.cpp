@@ -8,6 +8,7 @@
 #include "linerate.h"
 #include "systeminfo.h"
 #include "usbprobe.h"
+#include "usbtreejson.h"
 
 namespace {
 using VxItemText::translated;
@@ -27,7 +28,11 @@ QJsonObject usbTreeFacts(const CDetectInfo &info)
 {
     QJsonObject object;
     if (auto *p = dynamic_cast<const CUsbBasicDetectInfo *>(&info))
+    {
         object.insert(QStringLiteral("hasTree"), p->pRootItem != nullptr);
+        // The whole tree as data (doc/schema/usb-tree.schema.json).
+        object.insert(QStringLiteral("usbTree"), VxUsbProbe::treeJson(p->pRootItem));
+    }
     return object;
 }
 

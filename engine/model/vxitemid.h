@@ -20,6 +20,7 @@ enum ItemId : quint32 {
     UsbControllerInfo = 512,
     Firewall = 1024,
     SystemInfo = 2048,
+    UsbLink = 65536, // USB3 Vision cameras at SuperSpeed, not sharing a host controller
 };
 Q_ENUM_NS(ItemId)
 
@@ -27,6 +28,7 @@ enum Group : int {
     SdkGroup = 1,
     DriverGroup = 2,
     SystemGroup = 4,
+    CameraHostTuningGroup = 8, // whether a working camera loses frames on this PC
 };
 Q_ENUM_NS(Group)
 

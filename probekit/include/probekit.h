@@ -220,6 +220,34 @@ enum UsbHubField {
 };
 #define USB_HUB_FIELDS_ALL 0x07u
 
+/* Link facts of a port with something connected, and of a root hub's bus
+ * (all platforms). Appended to the hub and device records; null when the
+ * library could not tell. */
+enum UsbLinkFlag {
+    /* The bits of USB_NODE_CONNECTION_INFORMATION_EX_V2_FLAGS. */
+    UsbLinkOperatingAtSuperSpeed = 0x01,
+    UsbLinkSuperSpeedCapable = 0x02,
+    UsbLinkOperatingAtSuperSpeedPlus = 0x04,
+    UsbLinkSuperSpeedPlusCapable = 0x08
+};
+enum UsbLinkProtocol {
+    /* The bits of USB_PROTOCOLS: what the port supports. */
+    UsbLinkProtocolUsb110 = 0x01,
+    UsbLinkProtocolUsb200 = 0x02,
+    UsbLinkProtocolUsb300 = 0x04
+};
+typedef struct UsbPortLinkInfo {
+    /* 0: where the device sits: "<bus>-<port>[.<port>...]" as Linux names
+     * it ("3-1.2"); a root hub's is its bus number ("3"). Windows numbers
+     * the controllers from 1 in the order it finds them as the bus. */
+    const UsbWChar *pPortPath;
+    uint32_t SpeedKbps;          /* 8: negotiated speed in kbit/s (1500, 12000, 480000,
+                                    5000000, 10000000, 20000000); 0: unknown */
+    uint32_t SupportedProtocols; /* 12: UsbLinkProtocol bits of the port; 0: unknown */
+    uint32_t Flags;              /* 16: UsbLinkFlag bits */
+    uint32_t FlagsKnown;         /* 20: which UsbLinkFlag bits the platform told */
+} UsbPortLinkInfo;
+
 /* Kind 0: host controller. */
 typedef struct UsbControllerInfo {
     int32_t Kind;                     /* 0: UsbNodeController */
@@ -232,6 +260,9 @@ typedef struct UsbControllerInfo {
     uint32_t DeviceID;
     uint32_t SubSysID;
     uint32_t Revision;
+    const UsbWChar *pDriverName;      /* 48: the bound driver (Linux "xhci_hcd",
+                                         Windows the service "USBXHCI"); null: none */
+    const UsbWChar *pPciAddress;      /* 56: "0000:00:14.0"; null: not a PCI device or unknown */
 } UsbControllerInfo;
 
 /* Kind 1 (root hub) and kind 2 (external hub). The last three fields are
@@ -246,6 +277,7 @@ typedef struct UsbHubNodeInfo {
     UsbPortConnectionInfo *pConnectionInfo;     /* 40 */
     UsbDescriptorRequest *pConfigDesc;          /* 48 */
     UsbStringDescriptorNode *pStringDescs;      /* 56 */
+    UsbPortLinkInfo *pLinkInfo;                 /* 64: port path and link speed */
 } UsbHubNodeInfo;
 
 /* Kind 3: a device, or an empty port (ConnectionStatus 0). */
@@ -255,6 +287,7 @@ typedef struct UsbDeviceNodeInfo {
     UsbPortConnectionInfo *pConnectionInfo;     /* 8 */
     UsbDescriptorRequest *pConfigDesc;          /* 16 */
     UsbStringDescriptorNode *pStringDescs;      /* 24 */
+    UsbPortLinkInfo *pLinkInfo;                 /* 32: port path and link speed; null for an empty port */
 } UsbDeviceNodeInfo;
 
 /* Mode for GenneraUSBControllerInfo: 1 = controllers, hubs and devices. */
@@ -295,6 +328,12 @@ static_assert(sizeof(UsbHubInformationBlock) == 76, "hub information block is 76
 static_assert(offsetof(UsbDescriptorRequest, Data) == 12, "request header is 12 bytes");
 static_assert(offsetof(UsbHubNodeInfo, pConnectionInfo) == 40, "hub node layout");
 static_assert(offsetof(UsbDeviceNodeInfo, pConnectionInfo) == 8, "device node layout");
+static_assert(offsetof(UsbControllerInfo, pDriverName) == 48 && offsetof(UsbControllerInfo, pPciAddress) == 56,
+              "controller: fields added at the end");
+static_assert(offsetof(UsbHubNodeInfo, pLinkInfo) == 64, "hub node: link facts added at the end");
+static_assert(offsetof(UsbDeviceNodeInfo, pLinkInfo) == 32, "device node: link facts added at the end");
+static_assert(offsetof(UsbPortLinkInfo, SpeedKbps) == 8 && offsetof(UsbPortLinkInfo, FlagsKnown) == 20,
+              "link facts layout");
 #endif
 
 #endif /* PROBEKIT_H */

@@ -35,6 +35,11 @@ public:
         (void)strOut;
         return false;
     }
+    // Whether the tree is the running machine's, so its device nodes lead
+    // to the devices it shows. A mounted system image is not: its /dev nodes
+    // would reach the devices of the machine running the program. In-memory
+    // trees stand for a running machine.
+    virtual bool isLiveRoot() { return true; }
     // String descriptor 0 (the language list) of the device with this bus and
     // device number, asked from the device itself; false when that is not
     // possible (by default, and without write access to the device node).
@@ -72,6 +77,8 @@ public:
     // udev rule that grants the user the device).
     bool readLanguageDescriptor(unsigned nBus, unsigned nDevNum, std::string &strOut) override;
     const std::string &root() const { return m_strRoot; }
+    // The root is "/" (or a link to it).
+    bool isLiveRoot() override;
 
 private:
     std::string full(const std::string &strPath) const;

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace probekit {
 
@@ -31,6 +32,16 @@ RealFsSource::RealFsSource()
 RealFsSource::RealFsSource(const std::string &strRoot)
     : m_strRoot(normaliseRoot(strRoot))
 {
+}
+
+bool RealFsSource::isLiveRoot()
+{
+    if (m_strRoot.empty())
+        return true;
+    char *pReal = ::realpath(m_strRoot.c_str(), nullptr);
+    const bool bLive = pReal && std::strcmp(pReal, "/") == 0;
+    std::free(pReal);
+    return bLive;
 }
 
 std::string RealFsSource::full(const std::string &strPath) const

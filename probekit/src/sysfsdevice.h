@@ -37,6 +37,7 @@ struct DeviceFacts
     const uint8_t *pActive = nullptr;
     size_t nActive = 0;
     uint8_t uSpeed = UsbSpeedUnknown;
+    uint32_t uSpeedKbps = 0; // 0: unknown
     uint16_t uDevNum = 0;
     uint8_t uConfigValue = 0;
     unsigned nPorts = 0;
@@ -62,6 +63,8 @@ public:
     UsbPortConnectionInfo *makeConnectionInfo(const DeviceFacts *pFacts, unsigned nPort);
     UsbDescriptorRequest *makeConfigRequest(const DeviceFacts &facts, unsigned nPort);
     UsbStringDescriptorNode *makeStrings(const DeviceFacts &facts);
+    // The link facts: the port path, the speed and the flags it and bcdUSB tell.
+    UsbPortLinkInfo *makeLinkInfo(const DeviceFacts &facts, const std::string &strPortPath);
 
 private:
     // Whether the device nodes of usbfs exist (looked at once per reader).

@@ -5,6 +5,7 @@
 #include "sysfsdevice.h"
 
 #include "fssource.h"
+#include "portlink.h"
 #include "treebuilder.h"
 #include "usbstrings.h"
 
@@ -123,7 +124,9 @@ void SysfsDeviceReader::readDevice(DeviceFacts &f, bool bRootHub)
         f.nConfig = n - sizeof(UsbDeviceDescriptor);
     }
 
-    f.uSpeed = speedCode(attr(d, "speed"));
+    const std::string strSpeed = attr(d, "speed");
+    f.uSpeed = speedCode(strSpeed);
+    f.uSpeedKbps = speedAttributeKbps(strSpeed);
     if (attrNumber(d, "devnum", 10, v) && v <= 0xFFFF)
         f.uDevNum = uint16_t(v);
     // A hub: the root hub, the hub device class, or any device the kernel
@@ -221,7 +224,7 @@ void SysfsDeviceReader::readDevice(DeviceFacts &f, bool bRootHub)
 bool SysfsDeviceReader::hasUsbfs()
 {
     if (m_nUsbfs < 0)
-        m_nUsbfs = m_fs.isDir("/dev/bus/usb", true) ? 1 : 0;
+        m_nUsbfs = m_fs.isLiveRoot() && m_fs.isDir("/dev/bus/usb", true) ? 1 : 0;
     return m_nUsbfs == 1;
 }
 
@@ -242,6 +245,25 @@ UsbStringDescriptorNode *SysfsDeviceReader::makeStrings(const DeviceFacts &f)
         ppNext = &pNode->pNext;
     }
     return pHead;
+}
+
+UsbPortLinkInfo *SysfsDeviceReader::makeLinkInfo(const DeviceFacts &f, const std::string &strPortPath)
+{
+    auto *pLink = m_arena.make<UsbPortLinkInfo>();
+    if (!pLink)
+        return nullptr;
+    pLink->pPortPath = m_arena.wide(strPortPath);
+    pLink->SpeedKbps = f.uSpeedKbps;
+    // sysfs tells the speed, and bcdUSB 0x03xx a SuperSpeed device; a device
+    // that fell back to USB 2 reports 0x0210 and does not say what it could do.
+    if (f.bHaveDd && f.dd.bcdUSB >= 0x0300) {
+        pLink->Flags |= UsbLinkSuperSpeedCapable;
+        pLink->FlagsKnown |= UsbLinkSuperSpeedCapable;
+    }
+    UsbPortConnectionInfo connection{};
+    connection.Speed = f.uSpeed;
+    completeLinkFromConnection(connection, *pLink);
+    return pLink;
 }
 
 UsbPortConnectionInfo *SysfsDeviceReader::makeConnectionInfo(const DeviceFacts *f, unsigned nPort)

@@ -82,6 +82,7 @@ void SysfsTreeBuilder::addHubPorts(UsbTreeItem *pHubItem, const DeviceFacts &hub
             pInfo->pConnectionInfo = m_reader.makeConnectionInfo(&f, nPort);
             pInfo->pConfigDesc = m_reader.makeConfigRequest(f, nPort);
             pInfo->pStringDescs = m_reader.makeStrings(f);
+            pInfo->pLinkInfo = m_reader.makeLinkInfo(f, f.strName);
             if (UsbTreeItem *pItem = list.add(strName, pInfo))
                 addHubPorts(pItem, f, nDepth + 1);
         } else {
@@ -92,6 +93,7 @@ void SysfsTreeBuilder::addHubPorts(UsbTreeItem *pHubItem, const DeviceFacts &hub
             pInfo->pConnectionInfo = m_reader.makeConnectionInfo(&f, nPort);
             pInfo->pConfigDesc = m_reader.makeConfigRequest(f, nPort);
             pInfo->pStringDescs = m_reader.makeStrings(f);
+            pInfo->pLinkInfo = m_reader.makeLinkInfo(f, f.strName);
             list.add(strName, pInfo);
         }
     }
@@ -112,6 +114,11 @@ void SysfsTreeBuilder::addController(ChildAppender &list, const std::string &str
     pInfo->DeviceID = uIds & 0xFFFF;
     pInfo->SubSysID = uSubSys;
     pInfo->Revision = uRevision;
+    const std::string strDriver = resolveLink(strDir + "/driver");
+    if (!strDriver.empty())
+        pInfo->pDriverName = m_arena.wide(strDriver.substr(strDriver.rfind('/') + 1));
+    if (uIds != 0) // a PCI controller: its key is its address
+        pInfo->pPciAddress = m_arena.wide(strKey);
     UsbTreeItem *pItem = list.add(strName, pInfo);
     if (!pItem)
         return;
@@ -135,6 +142,7 @@ void SysfsTreeBuilder::addController(ChildAppender &list, const std::string &str
         UsbHubNodeInfo *pHub = m_reader.makeHubInfo(f, true);
         if (!pHub)
             return;
+        pHub->pLinkInfo = m_reader.makeLinkInfo(f, std::to_string(bus.first));
         std::string strHubName = "Root Hub " + f.strName;
         if (f.bHaveDd)
             strHubName += " (" + bcdVersion(f.dd.bcdUSB) + ")";

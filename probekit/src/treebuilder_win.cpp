@@ -3,6 +3,7 @@
 // root hub and every port: node information, hub capabilities, connection
 // information, configuration and string descriptors.
 #include "treebuilder.h"
+#include "portlink.h"
 #include "usbstrings.h"
 
 #include <windows.h>
@@ -31,6 +32,19 @@ static_assert(offsetof(USB_DESCRIPTOR_REQUEST, Data) == offsetof(UsbDescriptorRe
 namespace probekit {
 
 namespace {
+
+// The V2 connection information of Windows 8 and later; the SDK headers
+// declare it only for builds aimed at Windows 8, this program runs from
+// Windows 7 on (where the hub driver refuses the request).
+struct CConnectionInfoV2
+{
+    ULONG ConnectionIndex;
+    ULONG Length;
+    ULONG SupportedUsbProtocols; // USB_PROTOCOLS
+    ULONG Flags;                 // USB_NODE_CONNECTION_INFORMATION_EX_V2_FLAGS
+};
+static_assert(sizeof(CConnectionInfoV2) == 16, "connection information V2 is four words");
+constexpr DWORD kIoctlConnectionInfoV2 = CTL_CODE(FILE_DEVICE_USB, 279, METHOD_BUFFERED, FILE_ANY_ACCESS);
 
 class CHandle
 {
@@ -152,10 +166,13 @@ private:
     UsbDescriptorRequest *configuration(HANDLE hHub, ULONG nPort);
     UsbStringDescriptorNode *strings(HANDLE hHub, ULONG nPort, const UsbPortConnectionInfo &info,
                                      const UsbDescriptorRequest *pConfig);
-    void addPorts(UsbTreeItem *pHubItem, HANDLE hHub, unsigned nPorts, int nDepth);
+    UsbPortLinkInfo *linkInfo(HANDLE hHub, ULONG nPort, const UsbPortConnectionInfo &connection,
+                              const std::string &strPortPath);
+    void addPorts(UsbTreeItem *pHubItem, HANDLE hHub, unsigned nPorts, int nDepth, const std::string &strHubPath);
 
     Arena &m_arena;
     unsigned m_nNodes = 0;
+    unsigned m_nControllers = 0; // numbered from 1: the "bus" of the port paths
 };
 
 UsbHubNodeInfo *CWinTreeBuilder::hubInfo(HANDLE hHub, const std::wstring &strName, int nKind)
@@ -282,7 +299,28 @@ UsbStringDescriptorNode *CWinTreeBuilder::strings(HANDLE hHub, ULONG nPort, cons
     return pHead;
 }
 
-void CWinTreeBuilder::addPorts(UsbTreeItem *pHubItem, HANDLE hHub, unsigned nPorts, int nDepth)
+// The port's path, speed and SuperSpeed flags: the flags and the protocols
+// the port supports come from the V2 connection information (Windows 8 and
+// later); without it the speed code alone tells the speed.
+UsbPortLinkInfo *CWinTreeBuilder::linkInfo(HANDLE hHub, ULONG nPort, const UsbPortConnectionInfo &connection,
+                                           const std::string &strPortPath)
+{
+    auto *pLink = m_arena.make<UsbPortLinkInfo>();
+    if (!pLink)
+        return nullptr;
+    pLink->pPortPath = m_arena.wide(strPortPath);
+    CConnectionInfoV2 v2{};
+    v2.ConnectionIndex = nPort;
+    v2.Length = sizeof v2;
+    v2.SupportedUsbProtocols = UsbLinkProtocolUsb110 | UsbLinkProtocolUsb200 | UsbLinkProtocolUsb300;
+    DWORD nReturned = 0;
+    if (ioctl(hHub, kIoctlConnectionInfoV2, &v2, sizeof v2, &nReturned))
+        decodeConnectionInfoV2(reinterpret_cast<const uint8_t *>(&v2), nReturned, nPort, *pLink);
+    completeLinkFromConnection(connection, *pLink);
+    return pLink;
+}
+
+void CWinTreeBuilder::addPorts(UsbTreeItem *pHubItem, HANDLE hHub, unsigned nPorts, int nDepth, const std::string &strHubPath)
 {
     static const char *const kStatus[] = {"NoDeviceConnected", "DeviceConnected", "DeviceFailedEnumeration",
                                           "DeviceGeneralFailure", "DeviceCausedOvercurrent", "DeviceNotEnoughPower",
@@ -329,6 +367,8 @@ void CWinTreeBuilder::addPorts(UsbTreeItem *pHubItem, HANDLE hHub, unsigned nPor
             strProduct = ids;
         }
         strName += " : " + strProduct;
+        const std::string strPortPath = childPortPath(strHubPath, nPort, nDepth == 1);
+        UsbPortLinkInfo *pLink = linkInfo(hHub, nPort, *pInfo, strPortPath);
         if (pInfo->DeviceIsHub && nDepth < kMaxHubDepth) {
             const std::wstring strHub = externalHubName(hHub, nPort);
             CHandle hChild(strHub.empty() ? INVALID_HANDLE_VALUE : openHub(strHub));
@@ -339,9 +379,10 @@ void CWinTreeBuilder::addPorts(UsbTreeItem *pHubItem, HANDLE hHub, unsigned nPor
             pHub->pConnectionInfo = pInfo;
             pHub->pConfigDesc = pConfig;
             pHub->pStringDescs = pStrings;
+            pHub->pLinkInfo = pLink;
             UsbTreeItem *pItem = list.add(strName, pHub);
             if (pItem && hChild.valid() && pHub->pHubInfo)
-                addPorts(pItem, hChild.get(), pHub->pHubInfo->HubDescriptor.bNumberOfPorts, nDepth + 1);
+                addPorts(pItem, hChild.get(), pHub->pHubInfo->HubDescriptor.bNumberOfPorts, nDepth + 1, strPortPath);
         } else {
             auto *pNode = m_arena.make<UsbDeviceNodeInfo>();
             if (!pNode)
@@ -350,6 +391,7 @@ void CWinTreeBuilder::addPorts(UsbTreeItem *pHubItem, HANDLE hHub, unsigned nPor
             pNode->pConnectionInfo = pInfo;
             pNode->pConfigDesc = pConfig;
             pNode->pStringDescs = pStrings;
+            pNode->pLinkInfo = pLink;
             list.add(strName, pNode);
         }
     }
@@ -391,6 +433,22 @@ void CWinTreeBuilder::build(UsbRootItem *pRoot)
         pInfo->DeviceID = hexAfter(strIds, L"DEV_");
         pInfo->SubSysID = hexAfter(strIds, L"SUBSYS_");
         pInfo->Revision = hexAfter(strIds, L"REV_");
+        const std::wstring strService = deviceProperty(devices.get(), data, SPDRP_SERVICE);
+        if (!strService.empty())
+            pInfo->pDriverName = m_arena.wide(utf8(strService.c_str()));
+        DWORD uBus = 0, uAddress = 0;
+        if (strIds.find(L"PCI\\") == 0
+            && SetupDiGetDeviceRegistryPropertyW(devices.get(), &data, SPDRP_BUSNUMBER, nullptr,
+                                                 reinterpret_cast<BYTE *>(&uBus), sizeof uBus, nullptr)
+            && SetupDiGetDeviceRegistryPropertyW(devices.get(), &data, SPDRP_ADDRESS, nullptr,
+                                                 reinterpret_cast<BYTE *>(&uAddress), sizeof uAddress, nullptr)) {
+            // SPDRP_ADDRESS of a PCI device: device number high word, function low word.
+            char address[32];
+            std::snprintf(address, sizeof address, "0000:%02x:%02x.%x", unsigned(uBus & 0xFF),
+                          unsigned((uAddress >> 16) & 0x1F), unsigned(uAddress & 0x7));
+            pInfo->pPciAddress = m_arena.wide(address);
+        }
+        const std::string strBus = std::to_string(++m_nControllers);
         UsbTreeItem *pItem = list.add(strDesc.empty() ? std::string("USB Host Controller") : utf8(strDesc.c_str()), pInfo);
         if (!pItem)
             return;
@@ -407,9 +465,11 @@ void CWinTreeBuilder::build(UsbRootItem *pRoot)
         if (!pHub)
             return;
         ChildAppender hubs(m_arena, &pItem->pChildren, pItem);
+        if ((pHub->pLinkInfo = m_arena.make<UsbPortLinkInfo>()))
+            pHub->pLinkInfo->pPortPath = m_arena.wide(strBus);
         UsbTreeItem *pHubItem = hubs.add("RootHub", pHub);
         if (pHubItem && pHub->pHubInfo)
-            addPorts(pHubItem, hHub.get(), pHub->pHubInfo->HubDescriptor.bNumberOfPorts, 1);
+            addPorts(pHubItem, hHub.get(), pHub->pHubInfo->HubDescriptor.bNumberOfPorts, 1, strBus);
     }
 }
 

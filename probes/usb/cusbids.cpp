@@ -10,6 +10,7 @@ namespace {
 struct CVendorTable
 {
     QHash<quint16, QString> mapNames;
+    QHash<quint32, QString> mapProducts;
     QString strFile;
 };
 
@@ -27,8 +28,10 @@ const CVendorTable &vendorTable()
             QFile file(strPath);
             if (!file.open(QIODevice::ReadOnly))
                 continue;
-            t.mapNames = CUsbIds::parseVendors(file.read(32 * 1024 * 1024));
+            const QByteArray text = file.read(32 * 1024 * 1024);
+            t.mapNames = CUsbIds::parseVendors(text);
             if (!t.mapNames.isEmpty()) {
+                t.mapProducts = CUsbIds::parseProducts(text);
                 t.strFile = strPath;
                 break;
             }
@@ -93,4 +96,46 @@ QString CUsbIds::vendorName(quint16 uVendorId)
 QString CUsbIds::sourceFile()
 {
     return vendorTable().strFile;
+}
+
+QHash<quint32, QString> CUsbIds::parseProducts(const QByteArray &text)
+{
+    QHash<quint32, QString> map;
+    int nVendor = -1; // the vendor line the device lines belong to
+    int pos = 0;
+    const int n = text.size();
+    while (pos < n) {
+        int end = text.indexOf('\n', pos);
+        if (end < 0)
+            end = n;
+        const char *p = text.constData() + pos;
+        const int nLength = end - pos;
+        const bool bDevice = nLength > 6 && p[0] == '\t' && p[1] != '\t';
+        const char *pDigits = bDevice ? p + 1 : p;
+        int v = 0;
+        bool ok = nLength > (bDevice ? 6 : 5);
+        for (int i = 0; i < 4 && ok; ++i) {
+            const int d = hexValue(pDigits[i]);
+            ok = d >= 0;
+            v = (v << 4) | d;
+        }
+        ok = ok && (pDigits[4] == ' ' || pDigits[4] == '\t');
+        if (nLength > 1 && p[0] == 'C' && p[1] == ' ')
+            break;
+        if (!bDevice && nLength > 0 && p[0] != '\t' && p[0] != '#')
+            nVendor = ok ? v : -1;
+        if (bDevice && ok && nVendor >= 0) {
+            const quint32 uKey = (quint32(nVendor) << 16) | quint32(v);
+            const QString name = QString::fromUtf8(pDigits + 4, end - pos - 5).trimmed();
+            if (!name.isEmpty() && !map.contains(uKey))
+                map.insert(uKey, name);
+        }
+        pos = end + 1;
+    }
+    return map;
+}
+
+QString CUsbIds::productName(quint16 uVendorId, quint16 uProductId)
+{
+    return vendorTable().mapProducts.value((quint32(uVendorId) << 16) | uProductId);
 }

@@ -188,6 +188,18 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Repairs from the command line are available on Linux only.</source>
         <translation>命令行修复仅在 Linux 上可用。</translation>
     </message>
+    <message>
+        <source>The USB tree could not be read (the probe library is missing).</source>
+        <translation>无法读取 USB 树(缺少探测库)。</translation>
+    </message>
+    <message>
+        <source>Usage: %1 --usb-tree [--format text|json]</source>
+        <translation>用法:%1 --usb-tree [--format text|json]</translation>
+    </message>
+    <message>
+        <source>No USB host controller was found.</source>
+        <translation>未找到USB主控制器。</translation>
+    </message>
 </context>
 <context>
     <name>VxCheckReport</name>
@@ -727,6 +739,82 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>No USB host controller was found.</source>
         <translation>未找到USB主控制器。</translation>
     </message>
+    <message>
+        <source>an unknown speed</source>
+        <translation>未知速率</translation>
+    </message>
+    <message>
+        <source>1.5 Mbit/s (Low Speed)</source>
+        <translation>1.5 Mbit/s(低速)</translation>
+    </message>
+    <message>
+        <source>12 Mbit/s (Full Speed)</source>
+        <translation>12 Mbit/s(全速)</translation>
+    </message>
+    <message>
+        <source>480 Mbit/s (High Speed)</source>
+        <translation>480 Mbit/s(高速)</translation>
+    </message>
+    <message>
+        <source>5 Gbit/s (SuperSpeed)</source>
+        <translation>5 Gbit/s(超高速)</translation>
+    </message>
+    <message>
+        <source>%1 Gbit/s (SuperSpeedPlus)</source>
+        <translation>%1 Gbit/s(超高速+)</translation>
+    </message>
+    <message>
+        <source>%1 Mbit/s</source>
+        <translation>%1 Mbit/s</translation>
+    </message>
+    <message>
+        <source>SuperSpeedPlus</source>
+        <translation>超高速+ (SuperSpeedPlus)</translation>
+    </message>
+    <message>
+        <source>SuperSpeed</source>
+        <translation>超高速 (SuperSpeed)</translation>
+    </message>
+    <message>
+        <source>The USB tree could not be read (the probe library is missing).</source>
+        <translation>无法读取 USB 树(缺少探测库)。</translation>
+    </message>
+    <message>
+        <source>USB3 Vision camera %1 at port %2 runs at %3 although it is capable of %4: it fell back to USB 2 (check the cable, the port and any hub).</source>
+        <translation>端口 %2 上的 USB3 Vision 相机 %1 支持 %4,却以 %3 运行:已回落到 USB 2(请检查线缆、端口和集线器)。</translation>
+    </message>
+    <message>
+        <source>USB3 Vision camera %1 at port %2 (%3, capable of %4) is connected behind the USB 2 hub at port %5.</source>
+        <translation>端口 %2 上的 USB3 Vision 相机 %1(%3,支持 %4)连接在端口 %5 的 USB 2 集线器之后。</translation>
+    </message>
+    <message>
+        <source>USB3 Vision camera %1 at port %2: %3, capable of %4.</source>
+        <translation>端口 %2 上的 USB3 Vision 相机 %1:%3,支持 %4。</translation>
+    </message>
+    <message>
+        <source>Warning: %1 USB3 Vision cameras share the host controller %2 and its bandwidth (ports %3).</source>
+        <translation>警告:%1 台 USB3 Vision 相机共用主控制器 %2 及其带宽(端口 %3)。</translation>
+    </message>
+    <message>
+        <source>No USB3 Vision camera is connected.</source>
+        <translation>未连接 USB3 Vision 相机。</translation>
+    </message>
+    <message>
+        <source>Information: %1 at port %2: %3, capable of %4.</source>
+        <translation>信息:端口 %2 上的 %1:%3,支持 %4。</translation>
+    </message>
+    <message>
+        <source>Information: %1 connected USB devices whose descriptors could not be read were left out.</source>
+        <translation>信息:%1 个已连接但无法读取描述符的 USB 设备未列出。</translation>
+    </message>
+    <message>
+        <source>USB3 Vision Link</source>
+        <translation>USB3 Vision 链路</translation>
+    </message>
+    <message>
+        <source>Camera Host Tuning</source>
+        <translation>相机主机调优</translation>
+    </message>
 </context>
 <context>
     <name>VxOneKeyResultTree</name>
@@ -1240,6 +1328,32 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>Print every descriptor of the USB device at the port path given as argument (e.g. 1-1.4 or usb1), or of all USB devices, in the layout of lsusb -v, from sysfs.</source>
         <translation>从 sysfs 读取并按 lsusb -v 的格式打印参数所给端口路径（如 1-1.4 或 usb1）上 USB 设备的全部描述符；未给路径时打印所有 USB 设备的描述符。</translation>
+    </message>
+    <message>
+    <name>VxUsbTree</name>
+    <message>
+        <source>Controller: %1</source>
+        <translation>控制器:%1</translation>
+    </message>
+    <message>
+        <source>Bus %1: %2</source>
+        <translation>总线 %1:%2</translation>
+    </message>
+    <message>
+        <source>unknown speed</source>
+        <translation>未知速率</translation>
+    </message>
+    <message>
+        <source>Port %1 (%2): %3</source>
+        <translation>端口 %1 (%2):%3</translation>
+    </message>
+    <message>
+        <source>hub</source>
+        <translation>集线器</translation>
+    </message>
+    <message>
+        <source>Interface %1.%2: class %3, subclass %4, protocol %5</source>
+        <translation>接口 %1.%2:类 %3,子类 %4,协议 %5</translation>
     </message>
 </context>
 </TS>

@@ -91,6 +91,7 @@ struct FakeProbes
         t.setRepair(VxItems::JumboFrame, [this](CJumboPacketDetectInfo &) { log("repair 256"); });
         t.setCheck(VxItems::LineRate, [this](CNetworkSpeedDetectInfo &) { log("detect 128"); });
         t.setCheck(VxItems::SystemInfo, [this](CSystemDetectInfo &) { log("detect 2048"); });
+        t.setCheck(VxItems::UsbLink, [this](CDetectInfo &) { log("detect 65536"); });
         return t;
     }
 

@@ -99,6 +99,7 @@ private slots:
                                      });
         std::atomic<int> nChecks{0};
         VxProbeTable table = defaultProbeTable();
+        table.uUnreadable = 0; // the empty root stands for a machine without the driver
         const auto realCheck = item == 4 ? table.probes(VxItems::GigeDriver).check : table.probes(VxItems::Usb3Driver).check;
         const auto countedCheck = [realCheck, &nChecks](CDetectInfo &info) {
             ++nChecks;

@@ -224,6 +224,10 @@ void TestVxResultText::logText()
         "|    |     The firewall hasn't been opened",
         "|    |     ",
         "|     ",
+        "|     ",
+        "|----4: Camera Host Tuning",
+        "|    |     ",
+        "|     ",
     };
     QVERIFY(strText.endsWith("\r\n"));
     QCOMPARE(strText.count("\r\n"), expected.size());

@@ -100,22 +100,25 @@ void TestVxItems::names()
     QCOMPARE(VxItems::groupName(1), QStringLiteral("SDK Diagnosis"));
     QCOMPARE(VxItems::groupName(2), QStringLiteral("Driver Diagnosis"));
     QCOMPARE(VxItems::groupName(4), QStringLiteral("PC System Diagnosis"));
-    QVERIFY(VxItems::groupName(8).isEmpty());
+    QCOMPARE(VxItems::groupName(8), QStringLiteral("Camera Host Tuning"));
+    QCOMPARE(VxItems::itemName(65536), QStringLiteral("USB3 Vision Link"));
+    QVERIFY(VxItems::groupName(16).isEmpty());
 }
 
 void TestVxItems::orders()
 {
-    QCOMPARE(VxItems::detectOrder(), (QVector<int>{1, 2, 4, 8, 32, 512, 1024, 256, 128, 2048}));
+    QCOMPARE(VxItems::detectOrder(), (QVector<int>{1, 2, 4, 8, 32, 512, 1024, 256, 128, 2048, 65536}));
     QCOMPARE(VxItems::optimizeOrder(), (QVector<int>{1, 2, 4, 8, 256}));
     QCOMPARE(VxItems::displayOrder(1), (QVector<int>{1, 2}));
     QCOMPARE(VxItems::displayOrder(2), (QVector<int>{4, 8, 32}));
     QCOMPARE(VxItems::displayOrder(4), (QVector<int>{512, 1024, 256, 128, 2048}));
+    QCOMPARE(VxItems::displayOrder(8), (QVector<int>{65536}));
     // The group masks the page starts hold exactly the shown items.
     quint32 uShown = 0;
     for (int nGroup : VxItems::groups())
         for (int nItem : VxItems::displayOrder(nGroup))
             uShown |= quint32(nItem);
-    QCOMPARE(uShown, VxItems::kAllItemsMask);
+    QCOMPARE(uShown, VxItems::kAllItemsMask | VxItems::UsbLink);
     QCOMPARE(VxItems::kSdkGroupMask | VxItems::kDriverGroupMask | VxItems::kSystemGroupMask, 0xFAFu);
 }
 

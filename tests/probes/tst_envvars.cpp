@@ -62,7 +62,12 @@ private:
     }
 
 private slots:
-    void initTestCase() { m_savedPath = qgetenv("PATH"); }
+    void initTestCase()
+    {
+        m_savedPath = qgetenv("PATH");
+        // The fixture roots stand for a running machine whose session is this process.
+        EnvVars::setFixtureRootHasProcessSession(true);
+    }
     void init()
     {
         m_pRoot = new QTemporaryDir;

@@ -207,7 +207,7 @@ private slots:
         QCOMPARE(jumbo.jumboStates, (QMap<QString, int>{{"eth0", 1}, {"eth2", 2}}));
         QCOMPARE(jumbo.jumboValues.value("eth0"), 9014);
         QCOMPARE(jumbo.bNormal, 1);
-        QCOMPARE(SystemRoot::unreadableItems(), 0u);
+        QCOMPARE(SystemRoot::unreadableItems() & quint32(128 | 256), 0u);
     }
 
     // An image without sys/class/net (sysfs exists only while a system runs):
@@ -218,7 +218,7 @@ private slots:
         QVERIFY(QDir().mkpath(root() + "/etc"));
         QVERIFY(!NetAdapters::linksReadable());
         QVERIFY(NetAdapters::readLinks().isEmpty());
-        QCOMPARE(SystemRoot::unreadableItems(), quint32(128 | 256));
+        QCOMPARE(SystemRoot::unreadableItems() & quint32(128 | 256), quint32(128 | 256));
         const VxProbeTable table = defaultProbeTable();
         QVERIFY(table.isUnreadable(128) && table.isUnreadable(256));
         QVERIFY(!table.canDetect(128));

@@ -60,13 +60,13 @@ void TestVxOneKeyResultTree::initTestCase()
 void TestVxOneKeyResultTree::layout()
 {
     VxOneKeyResultTree tree;
-    QCOMPARE(tree.topLevelItemCount(), 3);
+    QCOMPARE(tree.topLevelItemCount(), 4);
     QCOMPARE(tree.columnCount(), 2);
     QVERIFY(tree.isHeaderHidden());
     QCOMPARE(tree.iconSize(), QSize(30, 30));
-    const QList<QList<int>> expected = {{1, 2}, {4, 8, 32}, {512, 1024, 256, 128, 2048}};
-    const int groups[3] = {1, 2, 4};
-    for (int g = 0; g < 3; ++g) {
+    const QList<QList<int>> expected = {{1, 2}, {4, 8, 32}, {512, 1024, 256, 128, 2048}, {65536}};
+    const int groups[4] = {1, 2, 4, 8};
+    for (int g = 0; g < 4; ++g) {
         QTreeWidgetItem *pGroup = tree.topLevelItem(g);
         QCOMPARE(pGroup->data(0, VxOneKeyResultTree::RoleItemId).toInt(), -1);
         QCOMPARE(pGroup->data(0, VxOneKeyResultTree::RoleGroup).toInt(), groups[g]);

@@ -29,6 +29,11 @@ public:
     using RealFsSource::RealFsSource;
     std::map<std::pair<unsigned, unsigned>, std::string> mapLanguages;
     std::vector<std::pair<unsigned, unsigned>> vecAsked;
+    // The test root stands for the running machine unless told otherwise
+    // (then the real answer: a folder other than "/" is a system image).
+    bool bStandsForLiveRoot = true;
+
+    bool isLiveRoot() override { return bStandsForLiveRoot || RealFsSource::isLiveRoot(); }
 
     bool readLanguageDescriptor(unsigned nBus, unsigned nDevNum, std::string &strOut) override
     {
@@ -125,6 +130,8 @@ private slots:
     void languageList();
     void stringsInTheDevicesFirstLanguage();
     void languageUnknownWithoutUsbfs();
+    void noUsbfsInSystemImage();
+    void liveRoot();
     void firstConfigurationShown();
     void unknownSpeedStaysUnknown_data();
     void unknownSpeedStaysUnknown();
@@ -207,6 +214,41 @@ void TestProbekitReader::languageUnknownWithoutUsbfs()
             QCOMPARE(p->LanguageId, 0u);
         QCOMPARE(fs.vecAsked.empty(), !bUsbfs);
     }
+}
+
+void TestProbekitReader::noUsbfsInSystemImage()
+{
+    // A mounted image's device nodes would reach the devices of the machine
+    // running the program: the language is not asked for there.
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString root = dir.path();
+    QDir().mkpath(root + "/dev/bus/usb");
+    const QString hub = UsbSysroot::addRootHub(UsbSysroot::addController(root, "0000:00:14.0", 0x8086, 0xa36d, "xhci_hcd"), 3, 1);
+    UsbSysroot::addUsbDevice(hub, "3-1", UsbSysroot::deviceDescriptor(0x0200, 0, 0, 0x1234, 0x0001) + configuration(1, 1),
+                             "480", 5, 0, "Camera");
+    CFakeUsbfsSource fs(root.toStdString());
+    fs.bStandsForLiveRoot = false;
+    fs.mapLanguages[{3, 5}] = std::string("\x04\x03\x09\x04", 4);
+    const BuiltTree tree(fs);
+    QCOMPARE(int(tree.vecDevices.size()), 1);
+    const UsbStringDescriptorNode *p = stringsOf(tree.vecDevices[0]);
+    QVERIFY(p);
+    for (; p; p = p->pNext)
+        QCOMPARE(p->LanguageId, 0u);
+    QVERIFY(fs.vecAsked.empty());
+}
+
+void TestProbekitReader::liveRoot()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    QVERIFY(QFile::link("/", dir.path() + "/slash"));
+    QVERIFY(probekit::RealFsSource("/").isLiveRoot());
+    QVERIFY(probekit::RealFsSource("").isLiveRoot());
+    QVERIFY(probekit::RealFsSource((dir.path() + "/slash").toStdString()).isLiveRoot());
+    QVERIFY(!probekit::RealFsSource(dir.path().toStdString()).isLiveRoot());
+    QVERIFY(!probekit::RealFsSource((dir.path() + "/missing").toStdString()).isLiveRoot());
 }
 
 void TestProbekitReader::firstConfigurationShown()

@@ -50,6 +50,21 @@ inline QByteArray simpleConfiguration(quint8 interfaceClass, quint8 bmAttributes
     return c;
 }
 
+// A configuration with one interface of the class, subclass and protocol
+// and one bulk IN endpoint.
+inline QByteArray interfaceConfiguration(quint8 interfaceClass, quint8 subClass, quint8 protocol)
+{
+    QByteArray c = QByteArray::fromHex("09020000010100c032");
+    c += QByteArray::fromHex("0904000001");
+    c += char(interfaceClass);
+    c += char(subClass);
+    c += char(protocol);
+    c += char(0);
+    c += QByteArray::fromHex("0705810200040a");
+    c[2] = char(c.size());
+    return c;
+}
+
 // A PCI USB host controller at /sys/devices/pci0000:00/<address>, linked
 // from /sys/bus/pci/devices; driver may be empty (nothing bound).
 inline QString addController(const QString &strRoot, const QString &strAddress, quint16 vid, quint16 did,
@@ -93,6 +108,47 @@ inline QString addRootHub(const QString &strControllerDir, int nBus, int nPorts,
     desc += QByteArray::fromHex("09021900010100e0000904000001090000000705810304000c");
     return addUsbDevice(strControllerDir, "usb" + QString::number(nBus), desc, bSuperSpeed ? "5000" : "480", 1, nPorts,
                         "Root Hub");
+}
+
+// The benchmarks' big PC: nControllers PCI xHCI controllers, each with a
+// root hub of 8 ports holding hubs (16 ports, the last 7) full of USB 2
+// devices, nDevicesPerBus devices per bus (127: a full bus); and the machine's
+// pci.ids when it has one. Returns the number of devices.
+// The machine's full PCI id database when it has one (as on a real
+// system), else two lines of it.
+inline void writeMachinePciIds(const QString &strRoot)
+{
+    QFile ids(QStringLiteral("/usr/share/misc/pci.ids"));
+    QByteArray idsText = "8086  Intel Corporation\n\ta36d  Cannon Lake PCH USB 3.1 xHCI Host Controller\n";
+    if (ids.open(QIODevice::ReadOnly))
+        idsText = ids.readAll();
+    writeFile(strRoot + "/usr/share/misc/pci.ids", idsText);
+}
+
+inline int addBenchTree(const QString &strRoot, int nControllers = 8, int nDevicesPerBus = 127)
+{
+    writeMachinePciIds(strRoot);
+    QByteArray hub = deviceDescriptor(0x0200, 9, 2, 0x0409, 0x55aa);
+    hub += QByteArray::fromHex("09021900010100e0000904000001090000000705810301000c");
+    const QByteArray device = deviceDescriptor(0x0200, 0, 0, 0x046d, 0xc077) + simpleConfiguration(3);
+    int nDevices = 0;
+    for (int c = 0; c < nControllers; ++c) {
+        const QString address = QStringLiteral("0000:%1:00.0").arg(c + 1, 2, 16, QLatin1Char('0'));
+        const QString ctrl = addController(strRoot, address, 0x8086, 0xa36d, "xhci_hcd");
+        const QString rootHub = addRootHub(ctrl, c + 1, 8);
+        int nLeft = nDevicesPerBus;
+        int nAddress = 2;
+        for (int port = 1; port <= 8 && nLeft > 0; ++port) {
+            const QString hubName = QStringLiteral("%1-%2").arg(c + 1).arg(port);
+            const int nPorts = port < 8 ? 16 : 7;
+            const QString hubDir = addUsbDevice(rootHub, hubName, hub, "480", nAddress++, nPorts, "Bench Hub");
+            --nLeft;
+            ++nDevices;
+            for (int p = 1; p <= nPorts && nLeft > 0; ++p, --nLeft, ++nDevices)
+                addUsbDevice(hubDir, QStringLiteral("%1.%2").arg(hubName).arg(p), device, "12", nAddress++, 0, "Bench Mouse");
+        }
+    }
+    return nDevices;
 }
 
 } // namespace UsbSysroot

@@ -14,9 +14,12 @@
 #include "fssource.h"
 #include "fuzzsandbox.h"
 #include "treebuilder.h"
+#include "usblink.h"
 #include "usbprobe.h"
+#include "usbtreejson.h"
 
 #include <QCoreApplication>
+#include <QJsonArray>
 #include <QString>
 #include <QStringList>
 
@@ -90,6 +93,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
             std::printf("controller %s key %s driver %s\n", qPrintable(strPath), qPrintable(strKey),
                 qPrintable(facts.strDriverDesc));
     }
+    // The USB3 Vision link rules and the tree as data take any tree: every
+    // device they list has a port path, and the verdict follows the findings.
+    CUsbLinkDetectInfo link;
+    VxUsbLink::analyseTree(&root, link);
+    bool bFinding = !link.sharedControllers.isEmpty();
+    for (const CUsbLinkDevice &d : link.devices) {
+        FuzzTree::check(!d.strPortPath.isEmpty() && d.strPortPath.at(0).isDigit());
+        bFinding = bFinding || d.isFallback() || d.isBehindUsb2Hub();
+    }
+    FuzzTree::check(link.bNormal == (bFinding ? 0 : 1));
+    FuzzTree::check(!usbLinkLines(link).isEmpty());
+    FuzzTree::check(VxUsbProbe::treeJson(&root).value(QStringLiteral("controllers")).toArray().size()
+                    == VxUsbProbe::controllerCount(&root));
     CUsbTextSink sink;
     CUsbTreeDecoder(sink).printTree(&root);
     if (std::getenv("VX_FUZZ_PRINT"))
