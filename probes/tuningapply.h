@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vxchange.h"
+#include "vxrepair.h"
 
 #include <QString>
 
@@ -35,6 +36,12 @@ bool isValid(const VxChange &change, QString *pError = nullptr);
 // (dots inside an interface name become "/"); empty for a key not allowed.
 QString sysctlPath(const QString &strKey);
 QString sysctlFileKey(const QString &strKey);
+
+// Applies a plan's changes in order in this process (which must run as
+// root); stops at the first failure. The changes of a user's optimisation go
+// through the journal and the helper instead; this is for a repair run by
+// root itself. NotAuthorized when not root, Failed with pError on a failure.
+VxRepairStatus applyPlan(const VxPlan &plan, QString *pError);
 
 } // namespace TuningApply
 

@@ -314,6 +314,19 @@ bool isValid(const VxChange &change, QString *pError)
     return bValid;
 }
 
+VxRepairStatus applyPlan(const VxPlan &plan, QString *pError)
+{
+    if (!VxPrivileged::isRoot()) {
+        setError(pError, tr("Changing the system settings needs administrator rights."));
+        return VxRepairStatus::NotAuthorized;
+    }
+    for (const VxChange &change : plan) {
+        if (!applyTuningChange(change, pError))
+            return VxRepairStatus::Failed;
+    }
+    return VxRepairStatus::Done;
+}
+
 } // namespace TuningApply
 
 bool applyTuningChange(const VxChange &change, QString *pError)

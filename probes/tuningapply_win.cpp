@@ -34,6 +34,15 @@ QString sysctlFileKey(const QString &)
     return QString();
 }
 
+VxRepairStatus applyPlan(const VxPlan &plan, QString *pError)
+{
+    for (const VxChange &change : plan) {
+        if (!isValid(change, pError))
+            return VxRepairStatus::Failed;
+    }
+    return VxRepairStatus::Done;
+}
+
 } // namespace TuningApply
 
 bool applyTuningChange(const VxChange &change, QString *pError)
