@@ -1,4 +1,6 @@
 #include "ethtoolrings.h"
+#include "rpfilter.h"
+#include "rxbuffers.h"
 #include "tuningapply.h"
 #include "tuningtestutil.h"
 
@@ -186,6 +188,60 @@ private slots:
         QVERIFY(strError.contains("rmem_max"));
         QCOMPARE(proc("/proc/sys/net/core/rmem_max"), before);
         QVERIFY(!QFileInfo::exists("/etc/sysctl.d/90-vetrix-tool.conf"));
+    }
+
+    // The whole item on the running (namespaced) system: strict filtering
+    // found, planned, repaired as root through the plan, and gone.
+    void reversePathItemRepairsStrictFiltering()
+    {
+        qputenv("VETRIX_PHYSICAL_IFACES", "vxa,vxb");
+        // A new namespace copies the host's "all"; this one's is set here.
+        for (const char *pPath : {"/proc/sys/net/ipv4/conf/all/rp_filter", "/proc/sys/net/ipv4/conf/vxa/rp_filter"}) {
+            QFile file(pPath);
+            QVERIFY2(file.open(QIODevice::WriteOnly) && file.write("0\n") == 2, "SET-UP: cannot clear rp_filter");
+        }
+        {
+            QFile file("/proc/sys/net/ipv4/conf/vxb/rp_filter");
+            QVERIFY2(file.open(QIODevice::WriteOnly) && file.write("1\n") == 2, "SET-UP: cannot make vxb strict");
+        }
+        CRpFilterDetectInfo info;
+        RpFilter::check(info);
+        QCOMPARE(info.adapters.value("vxa"), 0);
+        QCOMPARE(info.adapters.value("vxb"), 1);
+        QCOMPARE(info.bNormal, 0);
+        const VxPlan plan = RpFilter::plan(info);
+        QCOMPARE(plan.size(), 1);
+        QCOMPARE(plan.first().strTarget, QString("net.ipv4.conf.vxb.rp_filter"));
+        QCOMPARE(RpFilter::repair(info), VxRepairStatus::Done);
+        QCOMPARE(proc("/proc/sys/net/ipv4/conf/vxb/rp_filter"), QByteArray("2"));
+        QCOMPARE(proc("/proc/sys/net/ipv4/conf/vxa/rp_filter"), QByteArray("0"));
+        QCOMPARE(info.bNormal, 1);
+        QVERIFY(TuningTest::read("/", "etc/sysctl.d/90-vetrix-tool.conf").contains("# net.ipv4.conf.vxb.rp_filter before Vetrix Tool: 1\n"
+                                                                                   "net.ipv4.conf.vxb.rp_filter = 2\n"));
+        qunsetenv("VETRIX_PHYSICAL_IFACES");
+    }
+
+    // The receive buffer item on the running system: this namespace's
+    // interfaces, each ring read from the kernel (or its reason).
+    void receiveBufferItemReadsTheNamespace()
+    {
+        qputenv("VETRIX_PHYSICAL_IFACES", "vxa");
+        CRxBufferDetectInfo info;
+        RxBuffers::check(info);
+        qunsetenv("VETRIX_PHYSICAL_IFACES");
+        QVERIFY(info.bRingsReadable);
+        QCOMPARE(info.adapters.size(), 1);
+        const CRxAdapter adapter = info.adapters.first();
+        QCOMPARE(adapter.strName, QString("vxa"));
+        if (m_strRingDevice == "vxa") {
+            QVERIFY(adapter.nRxMax > 0);
+        } else {
+            QCOMPARE(adapter.nRx, -1);
+            QCOMPARE(adapter.strReason, QString::fromLocal8Bit(std::strerror(EOPNOTSUPP)));
+            QVERIFY(rxBufferLines(info).contains("Receive ring of vxa: not available (" + adapter.strReason + ")."));
+        }
+        // Read-only in this namespace: the values are the host's.
+        QVERIFY(info.sysctls.value("net.core.rmem_max") > 0);
     }
 
     void cleanupTestCase()
