@@ -5,7 +5,7 @@
 // An interface's receive ring as its driver reports it.
 struct CRxRing
 {
-    quint32 uRx = 0;    // entries in use
+    quint32 uRx = 0; // entries in use
     quint32 uRxMax = 0; // the most the driver offers (0: not reported)
 };
 

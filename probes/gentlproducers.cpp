@@ -11,16 +11,10 @@ CGenTLDetectInfo::~CGenTLDetectInfo() = default;
 
 namespace {
 
-QString tr(const char *pText)
-{
-    return QCoreApplication::translate("VxOneKeyResult", pText);
-}
-
 // Enough of a file for the ELF header or the PE headers behind a DOS stub.
 constexpr int kHeaderBytes = 4096;
 
-template<typename T>
-T readAt(const QByteArray &data, int nOffset, bool bBigEndian)
+template <typename T> T readAt(const QByteArray &data, int nOffset, bool bBigEndian)
 {
     T value = 0;
     memcpy(&value, data.constData() + nOffset, sizeof(T));
@@ -67,19 +61,29 @@ QString machineName(const CBinaryFormat &format)
 {
     if (format.eKind == CBinaryFormat::Elf) {
         switch (format.uMachine) {
-        case 3: return QStringLiteral("x86");
-        case 62: return QStringLiteral("x86-64");
-        case 40: return QStringLiteral("ARM");
-        case 183: return QStringLiteral("AArch64");
-        default: break;
+        case 3:
+            return QStringLiteral("x86");
+        case 62:
+            return QStringLiteral("x86-64");
+        case 40:
+            return QStringLiteral("ARM");
+        case 183:
+            return QStringLiteral("AArch64");
+        default:
+            break;
         }
     } else {
         switch (format.uMachine) {
-        case 0x14c: return QStringLiteral("x86");
-        case 0x8664: return QStringLiteral("x86-64");
-        case 0x1c4: return QStringLiteral("ARM");
-        case 0xaa64: return QStringLiteral("ARM64");
-        default: break;
+        case 0x14c:
+            return QStringLiteral("x86");
+        case 0x8664:
+            return QStringLiteral("x86-64");
+        case 0x1c4:
+            return QStringLiteral("ARM");
+        case 0xaa64:
+            return QStringLiteral("ARM64");
+        default:
+            break;
         }
     }
     return QStringLiteral("0x%1").arg(format.uMachine, 0, 16);
@@ -172,7 +176,8 @@ QString variableName(int nBits)
 
 CBinaryFormat readFormat(const QByteArray &header)
 {
-    if (header.startsWith("\x7f" "ELF"))
+    if (header.startsWith("\x7f"
+                          "ELF"))
         return readElf(header);
     if (header.startsWith("MZ"))
         return readPe(header);
@@ -182,11 +187,15 @@ CBinaryFormat readFormat(const QByteArray &header)
 QString describe(const CBinaryFormat &format)
 {
     if (format.eKind == CBinaryFormat::Other)
-        return tr("not a program library");
+        return QCoreApplication::translate("VxOneKeyResult", "not a program library");
     const QString strKind = format.eKind == CBinaryFormat::Elf ? QStringLiteral("ELF") : QStringLiteral("PE");
     if (!format.bLibrary)
-        return tr("%1-bit %2 program for %3, not a library").arg(format.nBits).arg(strKind, machineName(format));
-    return tr("%1-bit %2 library for %3").arg(format.nBits).arg(strKind, machineName(format));
+        return QCoreApplication::translate("VxOneKeyResult", "%1-bit %2 program for %3, not a library")
+            .arg(format.nBits)
+            .arg(strKind, machineName(format));
+    return QCoreApplication::translate("VxOneKeyResult", "%1-bit %2 library for %3")
+        .arg(format.nBits)
+        .arg(strKind, machineName(format));
 }
 
 void check(CGenTLDetectInfo &info)
@@ -231,40 +240,50 @@ QStringList genTLLines(const CGenTLDetectInfo &info)
 {
     QStringList listLines;
     if (info.variables.value(64).trimmed().isEmpty())
-        listLines << tr("%1 is not set: 64-bit programs find no GenTL producer. Set it to the folders of the installed producers.")
+        listLines << QCoreApplication::translate("VxOneKeyResult",
+            "%1 is not set: 64-bit programs find no GenTL producer. Set it to the folders of the installed producers.")
                          .arg(GenTLProducers::variableName(64));
     for (const CGenTLFolder &folder : info.folders) {
         const QString strVariable = GenTLProducers::variableName(folder.nBits);
         if (!folder.bExists)
-            listLines << tr("Folder %1 in %2 does not exist: remove it from %2 or install the producer there.").arg(folder.strPath, strVariable);
+            listLines << QCoreApplication::translate(
+                "VxOneKeyResult", "Folder %1 in %2 does not exist: remove it from %2 or install the producer there.")
+                             .arg(folder.strPath, strVariable);
         else if (folder.nProducers == 0)
-            listLines << tr("Folder %1 in %2 holds no GenTL producer (.cti): remove it from %2 or install the producer there.")
+            listLines << QCoreApplication::translate("VxOneKeyResult",
+                "Folder %1 in %2 holds no GenTL producer (.cti): remove it from %2 or install the producer there.")
                              .arg(folder.strPath, strVariable);
     }
     for (const CGenTLProducer &producer : info.producers) {
         const QString strPath = QDir(producer.strFolder).filePath(producer.strName);
         switch (producer.eProblem) {
         case CGenTLProducer::None:
-            listLines << tr("GenTL producer: %1 (%2).").arg(QDir::toNativeSeparators(strPath), GenTLProducers::describe(producer.format));
+            listLines << QCoreApplication::translate("VxOneKeyResult", "GenTL producer: %1 (%2).")
+                             .arg(QDir::toNativeSeparators(strPath), GenTLProducers::describe(producer.format));
             break;
         case CGenTLProducer::Unreadable:
-            listLines << tr("%1 cannot be read: check its permissions.").arg(QDir::toNativeSeparators(strPath));
+            listLines << QCoreApplication::translate("VxOneKeyResult", "%1 cannot be read: check its permissions.")
+                             .arg(QDir::toNativeSeparators(strPath));
             break;
         case CGenTLProducer::NotLibrary:
-            listLines << tr("%1 is %2: replace it with the producer's library.")
+            listLines << QCoreApplication::translate(
+                "VxOneKeyResult", "%1 is %2: replace it with the producer's library.")
                              .arg(QDir::toNativeSeparators(strPath), GenTLProducers::describe(producer.format));
             break;
         case CGenTLProducer::WrongFormat:
-            listLines << tr("%1 is a %2, but %3 needs a %4: install the matching producer.")
+            listLines << QCoreApplication::translate(
+                "VxOneKeyResult", "%1 is a %2, but %3 needs a %4: install the matching producer.")
                              .arg(QDir::toNativeSeparators(strPath), GenTLProducers::describe(producer.format),
-                                  GenTLProducers::variableName(producer.nBits),
-                                  GenTLProducers::describe(GenTLProducers::expectedFormat(producer.nBits)));
+                                 GenTLProducers::variableName(producer.nBits),
+                                 GenTLProducers::describe(GenTLProducers::expectedFormat(producer.nBits)));
             break;
         }
     }
     for (const CGenTLDuplicate &duplicate : info.duplicates)
-        listLines << tr("GenTL producer %1 is in more than one folder of %2 (%3): keep one copy.")
-                         .arg(duplicate.strName, GenTLProducers::variableName(duplicate.nBits), duplicate.folders.join(QStringLiteral(", ")));
+        listLines << QCoreApplication::translate(
+            "VxOneKeyResult", "GenTL producer %1 is in more than one folder of %2 (%3): keep one copy.")
+                         .arg(duplicate.strName, GenTLProducers::variableName(duplicate.nBits),
+                             duplicate.folders.join(QStringLiteral(", ")));
     return listLines;
 }
 
@@ -277,21 +296,19 @@ QJsonObject genTLFacts(const CGenTLDetectInfo &info)
     facts.insert(QStringLiteral("variables"), variables);
     QJsonArray folders;
     for (const CGenTLFolder &folder : info.folders) {
-        folders.append(QJsonObject{{QStringLiteral("bits"), folder.nBits},
-                                   {QStringLiteral("path"), folder.strPath},
-                                   {QStringLiteral("exists"), folder.bExists},
-                                   {QStringLiteral("producers"), folder.nProducers}});
+        folders.append(QJsonObject {{QStringLiteral("bits"), folder.nBits}, {QStringLiteral("path"), folder.strPath},
+            {QStringLiteral("exists"), folder.bExists}, {QStringLiteral("producers"), folder.nProducers}});
     }
     facts.insert(QStringLiteral("folders"), folders);
     static const char *const kProblems[] = {"", "unreadable", "not-library", "wrong-format"};
     QJsonArray producers;
     for (const CGenTLProducer &producer : info.producers) {
-        QJsonObject one{{QStringLiteral("bits"), producer.nBits},
-                        {QStringLiteral("folder"), producer.strFolder},
-                        {QStringLiteral("name"), producer.strName},
-                        {QStringLiteral("format"), producer.format.eKind == CBinaryFormat::Elf ? QStringLiteral("elf")
-                                                   : producer.format.eKind == CBinaryFormat::Pe ? QStringLiteral("pe")
-                                                                                              : QStringLiteral("other")}};
+        QJsonObject one {{QStringLiteral("bits"), producer.nBits}, {QStringLiteral("folder"), producer.strFolder},
+            {QStringLiteral("name"), producer.strName},
+            {QStringLiteral("format"),
+                producer.format.eKind == CBinaryFormat::Elf      ? QStringLiteral("elf")
+                    : producer.format.eKind == CBinaryFormat::Pe ? QStringLiteral("pe")
+                                                                 : QStringLiteral("other")}};
         if (producer.format.eKind != CBinaryFormat::Other) {
             one.insert(QStringLiteral("formatBits"), producer.format.nBits);
             one.insert(QStringLiteral("machine"), producer.format.uMachine);
@@ -304,9 +321,9 @@ QJsonObject genTLFacts(const CGenTLDetectInfo &info)
     facts.insert(QStringLiteral("producers"), producers);
     QJsonArray duplicates;
     for (const CGenTLDuplicate &duplicate : info.duplicates)
-        duplicates.append(QJsonObject{{QStringLiteral("bits"), duplicate.nBits},
-                                      {QStringLiteral("name"), duplicate.strName},
-                                      {QStringLiteral("folders"), QJsonArray::fromStringList(duplicate.folders)}});
+        duplicates.append(
+            QJsonObject {{QStringLiteral("bits"), duplicate.nBits}, {QStringLiteral("name"), duplicate.strName},
+                {QStringLiteral("folders"), QJsonArray::fromStringList(duplicate.folders)}});
     facts.insert(QStringLiteral("duplicates"), duplicates);
     return facts;
 }

@@ -15,16 +15,16 @@ struct CBinaryFormat
 {
     enum Kind { Other, Elf, Pe };
     Kind eKind = Other;
-    int nBits = 0;         // 32 or 64
-    quint16 uMachine = 0;  // ELF e_machine, PE Machine
+    int nBits = 0; // 32 or 64
+    quint16 uMachine = 0; // ELF e_machine, PE Machine
     bool bLibrary = false; // ELF ET_DYN, PE with IMAGE_FILE_DLL
 };
 
 // One folder of a GenTL path variable.
 struct CGenTLFolder
 {
-    int nBits = 64;   // the variable: GENICAM_GENTL64_PATH or ..32_PATH
-    QString strPath;  // as the variable names it
+    int nBits = 64; // the variable: GENICAM_GENTL64_PATH or ..32_PATH
+    QString strPath; // as the variable names it
     bool bExists = false;
     int nProducers = 0; // .cti files in it
 };
@@ -35,7 +35,7 @@ struct CGenTLProducer
     enum Problem { None, Unreadable, NotLibrary, WrongFormat };
     int nBits = 64;
     QString strFolder; // as the variable names it
-    QString strName;   // file name
+    QString strName; // file name
     CBinaryFormat format;
     Problem eProblem = None;
 };

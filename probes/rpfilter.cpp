@@ -6,20 +6,15 @@ CRpFilterDetectInfo::~CRpFilterDetectInfo() = default;
 
 namespace {
 
-QString tr(const char *pText)
-{
-    return QCoreApplication::translate("VxOneKeyResult", pText);
-}
-
 QString modeName(int nValue)
 {
     switch (nValue) {
     case 0:
-        return tr("off");
+        return QCoreApplication::translate("VxOneKeyResult", "off");
     case RpFilter::kStrict:
-        return tr("strict");
+        return QCoreApplication::translate("VxOneKeyResult", "strict");
     case RpFilter::kLoose:
-        return tr("loose");
+        return QCoreApplication::translate("VxOneKeyResult", "loose");
     default:
         return QString::number(nValue);
     }
@@ -66,23 +61,28 @@ QStringList rpFilterLines(const CRpFilterDetectInfo &info)
 {
     QStringList listLines;
     if (!info.bApplicable) {
-        listLines << tr("This system has no reverse-path filter setting.");
+        listLines << QCoreApplication::translate("VxOneKeyResult", "This system has no reverse-path filter setting.");
         return listLines;
     }
     if (info.nAll < 0)
-        listLines << tr("%1 cannot be read.").arg(QStringLiteral("net.ipv4.conf.all.rp_filter"));
+        listLines << QCoreApplication::translate("VxOneKeyResult", "%1 cannot be read.")
+                         .arg(QStringLiteral("net.ipv4.conf.all.rp_filter"));
     for (auto it = info.adapters.cbegin(); it != info.adapters.cend(); ++it) {
         const int nEffective = RpFilter::effective(info.nAll, it.value());
         if (nEffective < 0)
-            listLines << tr("The reverse-path filter of %1 cannot be read.").arg(it.key());
+            listLines << QCoreApplication::translate("VxOneKeyResult", "The reverse-path filter of %1 cannot be read.")
+                             .arg(it.key());
         else if (nEffective == RpFilter::kStrict)
-            listLines << tr("The reverse-path filter of %1 is strict (all: %2, %1: %3): replies from cameras on other subnets are dropped.")
+            listLines << QCoreApplication::translate("VxOneKeyResult",
+                "The reverse-path filter of %1 is strict (all: %2, %1: %3): replies from cameras on other subnets are "
+                "dropped.")
                              .arg(it.key(), modeName(info.nAll), modeName(it.value()));
         else
-            listLines << tr("The reverse-path filter of %1 is %2.").arg(it.key(), modeName(nEffective));
+            listLines << QCoreApplication::translate("VxOneKeyResult", "The reverse-path filter of %1 is %2.")
+                             .arg(it.key(), modeName(nEffective));
     }
     if (info.adapters.isEmpty())
-        listLines << tr("No physical network adapter found.");
+        listLines << QCoreApplication::translate("VxOneKeyResult", "No physical network adapter found.");
     return listLines;
 }
 

@@ -19,8 +19,8 @@ public:
     CRpFilterDetectInfo() { nItem = 16384; }
     ~CRpFilterDetectInfo() override;
 
-    bool bApplicable = true;     // false where the system has no such filter (Windows)
-    int nAll = -1;               // net.ipv4.conf.all.rp_filter; -1 cannot be read
+    bool bApplicable = true; // false where the system has no such filter (Windows)
+    int nAll = -1; // net.ipv4.conf.all.rp_filter; -1 cannot be read
     QMap<QString, int> adapters; // physical adapter -> its own rp_filter (-1 cannot be read)
 };
 

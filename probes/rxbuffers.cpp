@@ -7,11 +7,6 @@ CRxBufferDetectInfo::~CRxBufferDetectInfo() = default;
 
 namespace {
 
-QString tr(const char *pText)
-{
-    return QCoreApplication::translate("VxOneKeyResult", pText);
-}
-
 bool sysctlLow(const QString &strKey, qint64 nValue)
 {
     return nValue >= 0 && nValue < RxBuffers::minimumOf(strKey);
@@ -29,7 +24,7 @@ namespace RxBuffers {
 QStringList sysctlKeys()
 {
     return {QStringLiteral("net.core.rmem_max"), QStringLiteral("net.core.rmem_default"),
-            QStringLiteral("net.core.netdev_max_backlog")};
+        QStringLiteral("net.core.netdev_max_backlog")};
 }
 
 qint64 minimumOf(const QString &strKey)
@@ -99,38 +94,52 @@ QStringList rxBufferLines(const CRxBufferDetectInfo &info)
             continue;
         const qint64 nValue = info.sysctls.value(strKey);
         if (nValue < 0)
-            listLines << tr("%1 cannot be read.").arg(strKey);
+            listLines << QCoreApplication::translate("VxOneKeyResult", "%1 cannot be read.").arg(strKey);
         else if (sysctlLow(strKey, nValue))
-            listLines << tr("%1 is %2; cameras need at least %3.").arg(strKey).arg(nValue).arg(RxBuffers::minimumOf(strKey));
+            listLines << QCoreApplication::translate("VxOneKeyResult", "%1 is %2; cameras need at least %3.")
+                             .arg(strKey)
+                             .arg(nValue)
+                             .arg(RxBuffers::minimumOf(strKey));
         else
-            listLines << tr("%1 is %2.").arg(strKey).arg(nValue);
+            listLines << QCoreApplication::translate("VxOneKeyResult", "%1 is %2.").arg(strKey).arg(nValue);
     }
     if (!info.bRingsReadable)
-        listLines << tr("Receive rings are read from the running system only: not available.");
+        listLines << QCoreApplication::translate(
+            "VxOneKeyResult", "Receive rings are read from the running system only: not available.");
     for (const CRxAdapter &adapter : info.adapters) {
         const bool bWindows = !adapter.strDriverKey.isEmpty();
         if (adapter.nRx < 0 || adapter.nRxMax <= 0) {
             if (bWindows)
-                listLines << tr("Receive buffers of %1: the driver offers no setting.").arg(adapter.strName);
+                listLines << QCoreApplication::translate(
+                    "VxOneKeyResult", "Receive buffers of %1: the driver offers no setting.")
+                                 .arg(adapter.strName);
             else if (info.bRingsReadable)
-                listLines << tr("Receive ring of %1: not available (%2).").arg(adapter.strName, adapter.strReason);
+                listLines << QCoreApplication::translate("VxOneKeyResult", "Receive ring of %1: not available (%2).")
+                                 .arg(adapter.strName, adapter.strReason);
         } else if (ringLow(adapter)) {
-            listLines << (bWindows ? tr("Receive buffers of %1: %2 of at most %3.") : tr("Receive ring of %1: %2 of at most %3 entries."))
+            listLines << (bWindows
+                    ? QCoreApplication::translate("VxOneKeyResult", "Receive buffers of %1: %2 of at most %3.")
+                    : QCoreApplication::translate("VxOneKeyResult", "Receive ring of %1: %2 of at most %3 entries."))
                              .arg(adapter.strName)
                              .arg(adapter.nRx)
                              .arg(adapter.nRxMax);
         } else {
-            listLines << (bWindows ? tr("Receive buffers of %1: %2 (the maximum).") : tr("Receive ring of %1: %2 entries (the maximum)."))
+            listLines << (bWindows
+                    ? QCoreApplication::translate("VxOneKeyResult", "Receive buffers of %1: %2 (the maximum).")
+                    : QCoreApplication::translate("VxOneKeyResult", "Receive ring of %1: %2 entries (the maximum)."))
                              .arg(adapter.strName)
                              .arg(adapter.nRx);
         }
         if (adapter.nInterruptModeration == 0)
-            listLines << tr("Interrupt moderation of %1 is off: every frame costs an interrupt.").arg(adapter.strName);
+            listLines << QCoreApplication::translate(
+                "VxOneKeyResult", "Interrupt moderation of %1 is off: every frame costs an interrupt.")
+                             .arg(adapter.strName);
         else if (adapter.nInterruptModeration == 1)
-            listLines << tr("Interrupt moderation of %1 is on.").arg(adapter.strName);
+            listLines << QCoreApplication::translate("VxOneKeyResult", "Interrupt moderation of %1 is on.")
+                             .arg(adapter.strName);
     }
     if (info.adapters.isEmpty())
-        listLines << tr("No physical network adapter found.");
+        listLines << QCoreApplication::translate("VxOneKeyResult", "No physical network adapter found.");
     return listLines;
 }
 

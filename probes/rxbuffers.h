@@ -16,13 +16,13 @@ struct CRxRing;
 // One physical network adapter's receive settings.
 struct CRxAdapter
 {
-    QString strName;      // interface name (Linux), adapter description (Windows)
+    QString strName; // interface name (Linux), adapter description (Windows)
     QString strDriverKey; // Windows: the adapter's class key "{4D36E972-...}\NNNN"
-    qint64 nRx = -1;      // RX ring entries / *ReceiveBuffers; -1 not known
-    qint64 nRxMax = -1;   // the most the driver offers; -1 not known
+    qint64 nRx = -1; // RX ring entries / *ReceiveBuffers; -1 not known
+    qint64 nRxMax = -1; // the most the driver offers; -1 not known
     // Windows: *InterruptModeration 1 on, 0 off, -1 the driver has none
     int nInterruptModeration = -1;
-    QString strReason;    // why the receive buffers are not known
+    QString strReason; // why the receive buffers are not known
 };
 
 // Item 8192 "network receive buffers": whether the host can take a camera's

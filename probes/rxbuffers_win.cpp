@@ -41,7 +41,8 @@ QString readText(HKEY hKey, const QString &strName)
     DWORD dwSize = sizeof data - sizeof(wchar_t);
     DWORD dwType = REG_NONE;
     if (RegQueryValueExW(hKey, reinterpret_cast<const wchar_t *>(strName.utf16()), nullptr, &dwType,
-                         reinterpret_cast<LPBYTE>(data), &dwSize) != ERROR_SUCCESS)
+            reinterpret_cast<LPBYTE>(data), &dwSize)
+        != ERROR_SUCCESS)
         return QString();
     if (dwType == REG_DWORD && dwSize == sizeof(DWORD)) {
         DWORD dwValue = 0;
@@ -124,7 +125,8 @@ bool writeKeyword(const QString &strDriverKey, const QString &strName, const QSt
     const QString strData = strValue;
     const DWORD dwBytes = DWORD((strData.size() + 1) * sizeof(wchar_t));
     if (RegSetValueExW(driver.hKey, reinterpret_cast<const wchar_t *>(strName.utf16()), 0, REG_SZ,
-                       reinterpret_cast<const BYTE *>(strData.utf16()), dwBytes) != ERROR_SUCCESS)
+            reinterpret_cast<const BYTE *>(strData.utf16()), dwBytes)
+        != ERROR_SUCCESS)
         return false;
     qCInfo(lcVxRepair).noquote() << strDriverKey << strName << "new:" << strValue;
     return true;
@@ -132,9 +134,7 @@ bool writeKeyword(const QString &strDriverKey, const QString &strName, const QSt
 
 } // namespace Detail
 
-void setRingReader(RingReader)
-{
-}
+void setRingReader(RingReader) { }
 
 void check(CRxBufferDetectInfo &info)
 {

@@ -27,11 +27,6 @@ const char kUsbfsParameter[] = "/sys/module/usbcore/parameters/usbfs_memory_mb";
 const char kRpFilterPrefix[] = "net.ipv4.conf.";
 const char kRpFilterSuffix[] = ".rp_filter";
 
-QString tr(const char *pText)
-{
-    return QCoreApplication::translate("VxOneKeyResult", pText);
-}
-
 void setError(QString *pError, const QString &strText)
 {
     if (pError)
@@ -130,7 +125,7 @@ QByteArray markerOf(const QString &strName)
 // new value is the one it replaced. strOld is the running value before the
 // change, remembered when the file does not hold the name yet.
 QByteArray keptFile(const QByteArray &content, const QString &strName, const QString &strOld, const QString &strNew,
-                    const QByteArray &settingLine, const std::function<bool(const QByteArray &)> &setsName)
+    const QByteArray &settingLine, const std::function<bool(const QByteArray &)> &setsName)
 {
     QList<QByteArray> listLines = content.split('\n');
     if (!listLines.isEmpty() && listLines.last().isEmpty())
@@ -210,23 +205,25 @@ bool applyKept(const VxChange &change, QString *pError)
     const QString strKeepPath = bSysctl ? sysctlDropInPath() : usbfsTmpfilesPath();
     QString strOld;
     if (!readValue(strPath, &strOld)) {
-        setError(pError, tr("Cannot read %1.").arg(strPath));
+        setError(pError, QCoreApplication::translate("VxOneKeyResult", "Cannot read %1.").arg(strPath));
         return false;
     }
     QByteArray content;
     if (!readFile(strKeepPath, &content)) {
-        setError(pError, tr("Cannot read %1.").arg(strKeepPath));
+        setError(pError, QCoreApplication::translate("VxOneKeyResult", "Cannot read %1.").arg(strKeepPath));
         return false;
     }
     QString strReason;
     if (!writeValue(strPath, change.strNew, &strReason)) {
-        setError(pError, tr("Cannot write %1: %2").arg(strPath, strReason));
+        setError(pError, QCoreApplication::translate("VxOneKeyResult", "Cannot write %1: %2").arg(strPath, strReason));
         return false;
     }
     QString strNow;
     if (!readValue(strPath, &strNow) || strNow != change.strNew) {
         writeValue(strPath, strOld, &strReason);
-        setError(pError, tr("%1 did not take the value %2 (it reads %3).").arg(strPath, change.strNew, strNow));
+        setError(pError,
+            QCoreApplication::translate("VxOneKeyResult", "%1 did not take the value %2 (it reads %3).")
+                .arg(strPath, change.strNew, strNow));
         return false;
     }
     QByteArray line;
@@ -255,7 +252,9 @@ bool applyKept(const VxChange &change, QString *pError)
     const QByteArray kept = keptFile(content, strName, strOld, change.strNew, line, setsName);
     if (!writeKeptFile(strKeepPath, kept, &strReason)) {
         writeValue(strPath, strOld, &strReason);
-        setError(pError, tr("Cannot write %1; the running value was set back.").arg(strKeepPath));
+        setError(pError,
+            QCoreApplication::translate("VxOneKeyResult", "Cannot write %1; the running value was set back.")
+                .arg(strKeepPath));
         return false;
     }
     qCInfo(lcVxRepair).noquote() << change.strKind << change.strTarget << "old:" << strOld << "new:" << change.strNew
@@ -278,7 +277,8 @@ QString usbfsTmpfilesPath()
 QString sysctlPath(const QString &strKey)
 {
     if (isCoreKey(strKey))
-        return LuInterface::sysPath(QStringLiteral("/proc/sys/") + QString(strKey).replace(QLatin1Char('.'), QLatin1Char('/')));
+        return LuInterface::sysPath(
+            QStringLiteral("/proc/sys/") + QString(strKey).replace(QLatin1Char('.'), QLatin1Char('/')));
     const QString strName = rpFilterInterface(strKey);
     if (strName.isEmpty())
         return QString();
@@ -303,21 +303,25 @@ bool isValid(const VxChange &change, QString *pError)
         if (isCoreKey(change.strTarget))
             bValid = isCount(change.strNew);
         else if (!rpFilterInterface(change.strTarget).isEmpty())
-            bValid = change.strNew.size() == 1 && change.strNew.at(0) >= QLatin1Char('0') && change.strNew.at(0) <= QLatin1Char('2');
+            bValid = change.strNew.size() == 1 && change.strNew.at(0) >= QLatin1Char('0')
+                && change.strNew.at(0) <= QLatin1Char('2');
     } else if (change.strKind == QLatin1String(VxChangeKind::UsbfsMemory)) {
         bValid = change.strTarget == QLatin1String("usbfs_memory_mb") && isCount(change.strNew);
     } else if (change.strKind == QLatin1String(VxChangeKind::RxRing)) {
         bValid = isInterfaceName(change.strTarget) && isCount(change.strNew) && change.strNew != QLatin1String("0");
     }
     if (!bValid)
-        setError(pError, tr("The change is not one this program makes: %1 %2 = %3").arg(change.strKind, change.strTarget, change.strNew));
+        setError(pError,
+            QCoreApplication::translate("VxOneKeyResult", "The change is not one this program makes: %1 %2 = %3")
+                .arg(change.strKind, change.strTarget, change.strNew));
     return bValid;
 }
 
 VxRepairStatus applyPlan(const VxPlan &plan, QString *pError)
 {
     if (!VxPrivileged::isRoot()) {
-        setError(pError, tr("Changing the system settings needs administrator rights."));
+        setError(pError,
+            QCoreApplication::translate("VxOneKeyResult", "Changing the system settings needs administrator rights."));
         return VxRepairStatus::NotAuthorized;
     }
     for (const VxChange &change : plan) {
@@ -336,14 +340,19 @@ bool applyTuningChange(const VxChange &change, QString *pError)
     if (change.strKind != QLatin1String(VxChangeKind::RxRing))
         return TuningApply::applyKept(change, pError);
     if (!LuInterface::isLiveRoot()) {
-        TuningApply::setError(pError, TuningApply::tr("The receive ring of %1 can be set on the running system only.").arg(change.strTarget));
+        TuningApply::setError(pError,
+            QCoreApplication::translate(
+                "VxOneKeyResult", "The receive ring of %1 can be set on the running system only.")
+                .arg(change.strTarget));
         return false;
     }
     QString strOld;
     readTuningValue(change, &strOld);
     QString strReason;
     if (!EthtoolRings::setRx(change.strTarget, change.strNew.toUInt(), &strReason)) {
-        TuningApply::setError(pError, TuningApply::tr("Cannot set the receive ring of %1: %2").arg(change.strTarget, strReason));
+        TuningApply::setError(pError,
+            QCoreApplication::translate("VxOneKeyResult", "Cannot set the receive ring of %1: %2")
+                .arg(change.strTarget, strReason));
         return false;
     }
     qCInfo(lcVxRepair).noquote() << change.strKind << change.strTarget << "old:" << strOld << "new:" << change.strNew;

@@ -7,11 +7,6 @@ CUsbBufferDetectInfo::~CUsbBufferDetectInfo() = default;
 
 namespace {
 
-QString tr(const char *pText)
-{
-    return QCoreApplication::translate("VxOneKeyResult", pText);
-}
-
 bool usb3Present(const CUsbBufferDetectInfo &info)
 {
     return !info.usb3Controllers.isEmpty() || !info.usb3Cameras.isEmpty();
@@ -58,29 +53,37 @@ QStringList usbBufferLines(const CUsbBufferDetectInfo &info)
     if (info.bPowerPlan) {
         const QString strPlan = info.strPowerSchemeName.isEmpty() ? info.strPowerScheme : info.strPowerSchemeName;
         if (info.nSelectiveSuspend == 1)
-            listLines << tr("USB selective suspend is enabled in the power plan %1: Windows may suspend a camera between frames.").arg(strPlan);
+            listLines << QCoreApplication::translate("VxOneKeyResult",
+                "USB selective suspend is enabled in the power plan %1: Windows may suspend a camera between frames.")
+                             .arg(strPlan);
         else if (info.nSelectiveSuspend == 0)
-            listLines << tr("USB selective suspend is disabled in the power plan %1.").arg(strPlan);
+            listLines << QCoreApplication::translate(
+                "VxOneKeyResult", "USB selective suspend is disabled in the power plan %1.")
+                             .arg(strPlan);
         else
-            listLines << tr("The USB selective suspend setting of the active power plan cannot be read.");
+            listLines << QCoreApplication::translate(
+                "VxOneKeyResult", "The USB selective suspend setting of the active power plan cannot be read.");
         return listLines;
     }
     if (info.nUsbfsMemoryMb == -1)
-        listLines << tr("The USB buffer memory cannot be read (the usbcore module is not loaded).");
+        listLines << QCoreApplication::translate(
+            "VxOneKeyResult", "The USB buffer memory cannot be read (the usbcore module is not loaded).");
     else if (info.nUsbfsMemoryMb == 0)
-        listLines << tr("USB buffer memory (usbfs_memory_mb): unlimited.");
+        listLines << QCoreApplication::translate("VxOneKeyResult", "USB buffer memory (usbfs_memory_mb): unlimited.");
     else if (UsbBuffers::isExceptional(info))
-        listLines << tr("USB buffer memory (usbfs_memory_mb) is %1 MB; USB3 Vision cameras need at least %2 MB.")
+        listLines << QCoreApplication::translate(
+            "VxOneKeyResult", "USB buffer memory (usbfs_memory_mb) is %1 MB; USB3 Vision cameras need at least %2 MB.")
                          .arg(info.nUsbfsMemoryMb)
                          .arg(UsbBuffers::kRecommendedMb);
     else
-        listLines << tr("USB buffer memory (usbfs_memory_mb): %1 MB.").arg(info.nUsbfsMemoryMb);
+        listLines << QCoreApplication::translate("VxOneKeyResult", "USB buffer memory (usbfs_memory_mb): %1 MB.")
+                         .arg(info.nUsbfsMemoryMb);
     for (const QString &strCamera : info.usb3Cameras)
-        listLines << tr("USB3 Vision camera found: %1.").arg(strCamera);
+        listLines << QCoreApplication::translate("VxOneKeyResult", "USB3 Vision camera found: %1.").arg(strCamera);
     for (const QString &strController : info.usb3Controllers)
-        listLines << tr("USB 3 root hub found: %1.").arg(strController);
+        listLines << QCoreApplication::translate("VxOneKeyResult", "USB 3 root hub found: %1.").arg(strController);
     if (!usb3Present(info))
-        listLines << tr("No USB 3 controller or USB3 Vision camera found.");
+        listLines << QCoreApplication::translate("VxOneKeyResult", "No USB 3 controller or USB3 Vision camera found.");
     return listLines;
 }
 
@@ -91,10 +94,11 @@ QJsonObject usbBufferFacts(const CUsbBufferDetectInfo &info)
         facts.insert(QStringLiteral("powerScheme"), info.strPowerScheme);
         facts.insert(QStringLiteral("powerSchemeName"), info.strPowerSchemeName);
         facts.insert(QStringLiteral("selectiveSuspend"),
-                     info.nSelectiveSuspend == -1 ? QJsonValue() : QJsonValue(info.nSelectiveSuspend == 1));
+            info.nSelectiveSuspend == -1 ? QJsonValue() : QJsonValue(info.nSelectiveSuspend == 1));
         return facts;
     }
-    facts.insert(QStringLiteral("usbfsMemoryMb"), info.nUsbfsMemoryMb == -1 ? QJsonValue() : QJsonValue(info.nUsbfsMemoryMb));
+    facts.insert(
+        QStringLiteral("usbfsMemoryMb"), info.nUsbfsMemoryMb == -1 ? QJsonValue() : QJsonValue(info.nUsbfsMemoryMb));
     facts.insert(QStringLiteral("recommendedMb"), UsbBuffers::kRecommendedMb);
     facts.insert(QStringLiteral("usb3Controllers"), QJsonArray::fromStringList(info.usb3Controllers));
     facts.insert(QStringLiteral("usb3VisionCameras"), QJsonArray::fromStringList(info.usb3Cameras));

@@ -20,14 +20,14 @@ public:
     ~CUsbBufferDetectInfo() override;
 
     // Linux
-    int nUsbfsMemoryMb = -1;    // -1: usbcore's parameter cannot be read
+    int nUsbfsMemoryMb = -1; // -1: usbcore's parameter cannot be read
     QStringList usb3Controllers; // root hubs of 5 Gbit/s or more ("usb2")
-    QStringList usb3Cameras;     // devices with a USB3 Vision interface ("2-1")
+    QStringList usb3Cameras; // devices with a USB3 Vision interface ("2-1")
 
     // Windows: the setting read is the power plan's (set by check())
     bool bPowerPlan = false;
     int nSelectiveSuspend = -1; // 1 enabled, 0 disabled, -1 cannot be read
-    QString strPowerScheme;     // the active power plan's GUID
+    QString strPowerScheme; // the active power plan's GUID
     QString strPowerSchemeName; // and its name, where known
 };
 

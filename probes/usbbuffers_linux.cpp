@@ -23,7 +23,8 @@ QString attribute(const QString &strPath)
 // A device name "B-P.P" (not a root hub "usbN", not an interface "B-P:C.I").
 bool isDeviceName(const QString &strName)
 {
-    return !strName.startsWith(QLatin1String("usb")) && !strName.contains(QLatin1Char(':')) && strName.contains(QLatin1Char('-'));
+    return !strName.startsWith(QLatin1String("usb")) && !strName.contains(QLatin1Char(':'))
+        && strName.contains(QLatin1Char('-'));
 }
 
 } // namespace
@@ -34,7 +35,8 @@ void check(CUsbBufferDetectInfo &info)
     info.usb3Controllers.clear();
     info.usb3Cameras.clear();
     bool bOk = false;
-    const int nValue = attribute(LuInterface::sysPath(QStringLiteral("/sys/module/usbcore/parameters/usbfs_memory_mb"))).toInt(&bOk);
+    const int nValue
+        = attribute(LuInterface::sysPath(QStringLiteral("/sys/module/usbcore/parameters/usbfs_memory_mb"))).toInt(&bOk);
     if (bOk && nValue >= 0)
         info.nUsbfsMemoryMb = nValue;
 
@@ -53,7 +55,8 @@ void check(CUsbBufferDetectInfo &info)
             continue;
         const QString strDevice = strName.section(QLatin1Char(':'), 0, 0);
         if (isDeviceName(strDevice) && !info.usb3Cameras.contains(strDevice)
-            && attribute(strDir + QStringLiteral("/bInterfaceClass")).compare(QLatin1String("ef"), Qt::CaseInsensitive) == 0
+            && attribute(strDir + QStringLiteral("/bInterfaceClass")).compare(QLatin1String("ef"), Qt::CaseInsensitive)
+                == 0
             && attribute(strDir + QStringLiteral("/bInterfaceSubClass")) == QLatin1String("05"))
             info.usb3Cameras << strDevice;
     }

@@ -2,8 +2,8 @@
 
 #include <QUuid>
 
-#include <windows.h>
 #include <powrprof.h>
+#include <windows.h>
 
 namespace UsbBuffers {
 
@@ -32,7 +32,8 @@ QString schemeName(const GUID &scheme)
         || dwSize > 4096)
         return QString();
     QByteArray buffer(int(dwSize) + 2, '\0');
-    if (PowerReadFriendlyName(nullptr, &scheme, nullptr, nullptr, reinterpret_cast<UCHAR *>(buffer.data()), &dwSize) != ERROR_SUCCESS)
+    if (PowerReadFriendlyName(nullptr, &scheme, nullptr, nullptr, reinterpret_cast<UCHAR *>(buffer.data()), &dwSize)
+        != ERROR_SUCCESS)
         return QString();
     return QString::fromWCharArray(reinterpret_cast<const wchar_t *>(buffer.constData()));
 }
@@ -62,7 +63,8 @@ VxRepairStatus repair(CUsbBufferDetectInfo &info)
     for (const VxChange &change : plan(info)) {
         const QUuid uuid(change.strTarget);
         const GUID scheme = uuid;
-        if (uuid.isNull() || PowerWriteACValueIndex(nullptr, &scheme, &kUsbSubgroup, &kSelectiveSuspend, 0) != ERROR_SUCCESS
+        if (uuid.isNull()
+            || PowerWriteACValueIndex(nullptr, &scheme, &kUsbSubgroup, &kSelectiveSuspend, 0) != ERROR_SUCCESS
             || PowerWriteDCValueIndex(nullptr, &scheme, &kUsbSubgroup, &kSelectiveSuspend, 0) != ERROR_SUCCESS) {
             status = VxRepairStatus::Failed;
             continue;

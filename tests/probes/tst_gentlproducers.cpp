@@ -20,7 +20,9 @@ private:
     static QByteArray elf(int nBits, quint16 uType, quint16 uMachine)
     {
         QByteArray header(64, '\0');
-        header.replace(0, 4, "\x7f" "ELF");
+        header.replace(0, 4,
+            "\x7f"
+            "ELF");
         header[4] = char(nBits == 64 ? 2 : 1);
         header[5] = 1; // little endian
         header[6] = 1;
@@ -54,7 +56,10 @@ private:
             content += "GENICAM_GENTL32_PATH=\"" + gentl32 + "\"\n";
         QVERIFY(TuningTest::write(root(), "etc/environment", content));
     }
-    bool put(const QString &strRelative, const QByteArray &content) { return TuningTest::write(root(), strRelative, content); }
+    bool put(const QString &strRelative, const QByteArray &content)
+    {
+        return TuningTest::write(root(), strRelative, content);
+    }
 
 private slots:
     void init()
@@ -81,15 +86,22 @@ private slots:
         QTest::newRow("ELF32 i386 shared object") << lib32() << int(CBinaryFormat::Elf) << 32 << 3 << true;
         QTest::newRow("ELF64 executable") << elf(64, 2, 62) << int(CBinaryFormat::Elf) << 64 << 62 << false;
         QTest::newRow("ELF64 AArch64") << elf(64, 3, 183) << int(CBinaryFormat::Elf) << 64 << 183 << true;
-        QTest::newRow("ELF bad class") << QByteArray("\x7f" "ELF\x07\x01") + QByteArray(60, '\0') << int(CBinaryFormat::Other) << 0 << 0 << false;
-        QTest::newRow("ELF cut short") << QByteArray("\x7f" "ELF\x02\x01") << int(CBinaryFormat::Other) << 0 << 0 << false;
+        QTest::newRow("ELF bad class") << QByteArray("\x7f"
+                                                     "ELF\x07\x01")
+                + QByteArray(60, '\0') << int(CBinaryFormat::Other)
+                                       << 0 << 0 << false;
+        QTest::newRow("ELF cut short") << QByteArray("\x7f"
+                                                     "ELF\x02\x01")
+                                       << int(CBinaryFormat::Other) << 0 << 0 << false;
         QTest::newRow("PE32+ AMD64 DLL") << pe(0x20b, 0x8664, 0x2022) << int(CBinaryFormat::Pe) << 64 << 0x8664 << true;
         QTest::newRow("PE32 i386 DLL") << pe(0x10b, 0x14c, 0x2102) << int(CBinaryFormat::Pe) << 32 << 0x14c << true;
         QTest::newRow("PE32+ program") << pe(0x20b, 0x8664, 0x0022) << int(CBinaryFormat::Pe) << 64 << 0x8664 << false;
-        QTest::newRow("PE offset past the header") << pe(0x20b, 0x8664, 0x2022, 0xfffffff0) << int(CBinaryFormat::Other) << 0 << 0 << false;
+        QTest::newRow("PE offset past the header")
+            << pe(0x20b, 0x8664, 0x2022, 0xfffffff0) << int(CBinaryFormat::Other) << 0 << 0 << false;
         QTest::newRow("PE unknown magic") << pe(0x107, 0x8664, 0x2022) << int(CBinaryFormat::Other) << 0 << 0 << false;
         QTest::newRow("DOS stub only") << QByteArray("MZ") << int(CBinaryFormat::Other) << 0 << 0 << false;
-        QTest::newRow("text") << QByteArray("[producer]\nname=not a library\n") << int(CBinaryFormat::Other) << 0 << 0 << false;
+        QTest::newRow("text") << QByteArray("[producer]\nname=not a library\n") << int(CBinaryFormat::Other) << 0 << 0
+                              << false;
         QTest::newRow("empty") << QByteArray() << int(CBinaryFormat::Other) << 0 << 0 << false;
     }
     void readsHeaders()
@@ -120,12 +132,14 @@ private slots:
         QCOMPARE(info.folders.size(), 3);
         QCOMPARE(info.producers.size(), 3);
         QVERIFY(info.duplicates.isEmpty());
-        QCOMPARE(genTLLines(info), QStringList({"GenTL producer: /opt/a/lib64/VendorA.cti (64-bit ELF library for x86-64).",
-                                                "GenTL producer: /opt/b/lib64/VendorB.CTI (64-bit ELF library for x86-64).",
-                                                "GenTL producer: /opt/a/lib32/VendorA.cti (32-bit ELF library for x86)."}));
+        QCOMPARE(genTLLines(info),
+            QStringList({"GenTL producer: /opt/a/lib64/VendorA.cti (64-bit ELF library for x86-64).",
+                "GenTL producer: /opt/b/lib64/VendorB.CTI (64-bit ELF library for x86-64).",
+                "GenTL producer: /opt/a/lib32/VendorA.cti (32-bit ELF library for x86)."}));
         QVERIFY(GenTLProducers::plan(info).isEmpty());
         const QJsonObject facts = genTLFacts(info);
-        QCOMPARE(facts.value("variables").toObject().value("GENICAM_GENTL64_PATH").toString(), QString("/opt/a/lib64:/opt/b/lib64"));
+        QCOMPARE(facts.value("variables").toObject().value("GENICAM_GENTL64_PATH").toString(),
+            QString("/opt/a/lib64:/opt/b/lib64"));
         QCOMPARE(facts.value("producers").toArray().size(), 3);
     }
 
@@ -133,34 +147,46 @@ private slots:
     {
         QTest::addColumn<QString>("layout"); // what the fixture holds
         QTest::addColumn<QString>("line");
-        QTest::newRow("32-bit library on the 64-bit path") << "lib32-on-64"
-            << "/opt/p/VendorA.cti is a 32-bit ELF library for x86, but GENICAM_GENTL64_PATH needs a 64-bit ELF library for x86-64: install the matching producer.";
-        QTest::newRow("text file named .cti") << "text"
+        QTest::newRow("32-bit library on the 64-bit path")
+            << "lib32-on-64"
+            << "/opt/p/VendorA.cti is a 32-bit ELF library for x86, but GENICAM_GENTL64_PATH needs a 64-bit ELF "
+               "library for x86-64: install the matching producer.";
+        QTest::newRow("text file named .cti")
+            << "text"
             << "/opt/p/VendorA.cti is not a program library: replace it with the producer's library.";
         QTest::newRow("executable named .cti") << "exec"
-            << "/opt/p/VendorA.cti is 64-bit ELF program for x86-64, not a library: replace it with the producer's library.";
-        QTest::newRow("Windows DLL") << "pe"
+                                               << "/opt/p/VendorA.cti is 64-bit ELF program for x86-64, not a library: "
+                                                  "replace it with the producer's library.";
+        QTest::newRow("Windows DLL")
+            << "pe"
             << "/opt/p/VendorA.cti is 64-bit PE library for x86-64: replace it with the producer's library.";
         QTest::newRow("missing folder") << "missing"
-            << "Folder /opt/none in GENICAM_GENTL64_PATH does not exist: remove it from GENICAM_GENTL64_PATH or install the producer there.";
+                                        << "Folder /opt/none in GENICAM_GENTL64_PATH does not exist: remove it from "
+                                           "GENICAM_GENTL64_PATH or install the producer there.";
         QTest::newRow("empty folder") << "empty"
-            << "Folder /opt/empty in GENICAM_GENTL64_PATH holds no GenTL producer (.cti): remove it from GENICAM_GENTL64_PATH or install the producer there.";
+                                      << "Folder /opt/empty in GENICAM_GENTL64_PATH holds no GenTL producer (.cti): "
+                                         "remove it from GENICAM_GENTL64_PATH or install the producer there.";
         QTest::newRow("duplicate producer") << "duplicate"
-            << "GenTL producer VendorA.cti is in more than one folder of GENICAM_GENTL64_PATH (/opt/p, /opt/q): keep one copy.";
+                                            << "GenTL producer VendorA.cti is in more than one folder of "
+                                               "GENICAM_GENTL64_PATH (/opt/p, /opt/q): keep one copy.";
         QTest::newRow("64-bit variable not set") << "unset"
-            << "GENICAM_GENTL64_PATH is not set: 64-bit programs find no GenTL producer. Set it to the folders of the installed producers.";
-        QTest::newRow("64-bit library on the 32-bit path") << "lib64-on-32"
-            << "/opt/p32/VendorA.cti is a 64-bit ELF library for x86-64, but GENICAM_GENTL32_PATH needs a 32-bit ELF library for x86: install the matching producer.";
+                                                 << "GENICAM_GENTL64_PATH is not set: 64-bit programs find no GenTL "
+                                                    "producer. Set it to the folders of the installed producers.";
+        QTest::newRow("64-bit library on the 32-bit path")
+            << "lib64-on-32"
+            << "/opt/p32/VendorA.cti is a 64-bit ELF library for x86-64, but GENICAM_GENTL32_PATH needs a 32-bit ELF "
+               "library for x86: install the matching producer.";
     }
     void findings()
     {
         QFETCH(QString, layout);
         QFETCH(QString, line);
-        QVERIFY(put("opt/p/VendorA.cti", layout == "lib32-on-64" ? lib32()
-                                         : layout == "text"      ? QByteArray("GenTL producer\n")
-                                         : layout == "exec"      ? elf(64, 2, 62)
-                                         : layout == "pe"        ? pe(0x20b, 0x8664, 0x2022)
-                                                                 : lib64()));
+        QVERIFY(put("opt/p/VendorA.cti",
+            layout == "lib32-on-64" ? lib32()
+                : layout == "text"  ? QByteArray("GenTL producer\n")
+                : layout == "exec"  ? elf(64, 2, 62)
+                : layout == "pe"    ? pe(0x20b, 0x8664, 0x2022)
+                                    : lib64()));
         QVERIFY(put("opt/q/VendorA.cti", lib64()));
         QVERIFY(put("opt/p32/VendorA.cti", layout == "lib64-on-32" ? lib64() : lib32()));
         QVERIFY(QDir().mkpath(root() + "/opt/empty"));

@@ -39,10 +39,7 @@ private:
     QString m_strRingDevice; // an interface of the namespace with a settable ring
     bool m_bNetdevsim = false;
 
-    static QString kernel()
-    {
-        return QString::fromLatin1(proc("/proc/sys/kernel/osrelease"));
-    }
+    static QString kernel() { return QString::fromLatin1(proc("/proc/sys/kernel/osrelease")); }
     // A netdevsim device in this namespace, where the kernel has the
     // driver; its interface name, else empty.
     QString netdevsimInterface()
@@ -144,19 +141,21 @@ private slots:
     {
         if (m_strRingDevice.isEmpty())
             QSKIP(qPrintable("SET-UP: no interface in the namespace has a settable ring: veth on kernel " + kernel()
-                             + " reports none and netdevsim is not available"));
+                + " reports none and netdevsim is not available"));
         const QString strDevice = m_strRingDevice;
         CRxRing before;
         QString strError;
         QVERIFY2(EthtoolRings::read(strDevice, &before, &strError), qPrintable(strError));
         QVERIFY(before.uRxMax > 1);
         const quint32 uNew = before.uRx == before.uRxMax ? before.uRxMax / 2 : before.uRxMax;
-        QVERIFY2(applyTuningChange(change(VxChangeKind::RxRing, strDevice, QString::number(uNew)), &strError), qPrintable(strError));
+        QVERIFY2(applyTuningChange(change(VxChangeKind::RxRing, strDevice, QString::number(uNew)), &strError),
+            qPrintable(strError));
         QString strValue;
         QVERIFY(readTuningValue(change(VxChangeKind::RxRing, strDevice, QString()), &strValue));
         QCOMPARE(strValue, QString::number(uNew));
         // Above the driver's maximum: refused by the kernel, value kept.
-        QVERIFY(!applyTuningChange(change(VxChangeKind::RxRing, strDevice, QString::number(before.uRxMax + 1)), &strError));
+        QVERIFY(
+            !applyTuningChange(change(VxChangeKind::RxRing, strDevice, QString::number(before.uRxMax + 1)), &strError));
         QVERIFY(strError.contains(strDevice));
         QVERIFY(readTuningValue(change(VxChangeKind::RxRing, strDevice, QString()), &strValue));
         QCOMPARE(strValue, QString::number(uNew));
@@ -173,7 +172,8 @@ private slots:
         QString strError;
         QVERIFY2(applyTuningChange(change(VxChangeKind::Sysctl, strTarget, "2"), &strError), qPrintable(strError));
         QCOMPARE(proc("/proc/sys/net/ipv4/conf/vxa/rp_filter"), QByteArray("2"));
-        QVERIFY(TuningTest::read("/", "etc/sysctl.d/90-vetrix-tool.conf").endsWith("net.ipv4.conf.vxa.rp_filter = 2\n"));
+        QVERIFY(
+            TuningTest::read("/", "etc/sysctl.d/90-vetrix-tool.conf").endsWith("net.ipv4.conf.vxa.rp_filter = 2\n"));
         QVERIFY(applyTuningChange(change(VxChangeKind::Sysctl, strTarget, QString::fromLatin1(before)), &strError));
         QCOMPARE(proc("/proc/sys/net/ipv4/conf/vxa/rp_filter"), before);
         QVERIFY(!QFileInfo::exists("/etc/sysctl.d/90-vetrix-tool.conf"));
@@ -216,8 +216,9 @@ private slots:
         QCOMPARE(proc("/proc/sys/net/ipv4/conf/vxb/rp_filter"), QByteArray("2"));
         QCOMPARE(proc("/proc/sys/net/ipv4/conf/vxa/rp_filter"), QByteArray("0"));
         QCOMPARE(info.bNormal, 1);
-        QVERIFY(TuningTest::read("/", "etc/sysctl.d/90-vetrix-tool.conf").contains("# net.ipv4.conf.vxb.rp_filter before Vetrix Tool: 1\n"
-                                                                                   "net.ipv4.conf.vxb.rp_filter = 2\n"));
+        QVERIFY(TuningTest::read("/", "etc/sysctl.d/90-vetrix-tool.conf")
+                    .contains("# net.ipv4.conf.vxb.rp_filter before Vetrix Tool: 1\n"
+                              "net.ipv4.conf.vxb.rp_filter = 2\n"));
         qunsetenv("VETRIX_PHYSICAL_IFACES");
     }
 
@@ -314,8 +315,7 @@ int main(int argc, char *argv[])
         ::_exit(QTest::qExec(&test, argc, argv));
     }
     int nStatus = 0;
-    while (::waitpid(child, &nStatus, 0) < 0 && errno == EINTR) {
-    }
+    while (::waitpid(child, &nStatus, 0) < 0 && errno == EINTR) { }
     return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : 128 + WTERMSIG(nStatus);
 }
 

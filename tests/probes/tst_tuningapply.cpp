@@ -62,10 +62,11 @@ private slots:
         QString strError;
         QVERIFY2(applyTuningChange(sysctl("net.core.rmem_max", "16777216"), &strError), qPrintable(strError));
         QCOMPARE(TuningTest::read(root(), "proc/sys/net/core/rmem_max"), QByteArray("16777216\n"));
-        QCOMPARE(dropIn(), QByteArray("# Kept by Vetrix Tool. Each setting follows the value it replaced;\n"
-                                      "# undoing the change in Vetrix Tool removes it again.\n"
-                                      "# net.core.rmem_max before Vetrix Tool: 212992\n"
-                                      "net.core.rmem_max = 16777216\n"));
+        QCOMPARE(dropIn(),
+            QByteArray("# Kept by Vetrix Tool. Each setting follows the value it replaced;\n"
+                       "# undoing the change in Vetrix Tool removes it again.\n"
+                       "# net.core.rmem_max before Vetrix Tool: 212992\n"
+                       "net.core.rmem_max = 16777216\n"));
         QString strValue;
         QVERIFY(readTuningValue(sysctl("net.core.rmem_max", QString()), &strValue));
         QCOMPARE(strValue, QString("16777216"));
@@ -101,9 +102,10 @@ private slots:
         QVERIFY(TuningTest::write(root(), "etc/sysctl.d/90-vetrix-tool.conf", own));
         QString strError;
         QVERIFY(applyTuningChange(sysctl("net.ipv4.conf.all.rp_filter", "2"), &strError));
-        QCOMPARE(dropIn(), QByteArray("# written by hand\nnet.core.somaxconn = 4096\n"
-                                      "# net.ipv4.conf.all.rp_filter before Vetrix Tool: 1\n"
-                                      "net.ipv4.conf.all.rp_filter = 2\n"));
+        QCOMPARE(dropIn(),
+            QByteArray("# written by hand\nnet.core.somaxconn = 4096\n"
+                       "# net.ipv4.conf.all.rp_filter before Vetrix Tool: 1\n"
+                       "net.ipv4.conf.all.rp_filter = 2\n"));
         QVERIFY(applyTuningChange(sysctl("net.ipv4.conf.all.rp_filter", "1"), &strError));
         QCOMPARE(dropIn(), QByteArray("# written by hand\nnet.core.somaxconn = 4096\n"));
     }
@@ -114,7 +116,8 @@ private slots:
         QVERIFY2(applyTuningChange(sysctl("net.ipv4.conf.eth0.100.rp_filter", "2"), &strError), qPrintable(strError));
         QCOMPARE(TuningTest::read(root(), "proc/sys/net/ipv4/conf/eth0.100/rp_filter"), QByteArray("2\n"));
         QVERIFY(dropIn().endsWith("net.ipv4.conf.eth0/100.rp_filter = 2\n"));
-        QCOMPARE(TuningApply::sysctlFileKey("net.ipv4.conf.eth0.100.rp_filter"), QString("net.ipv4.conf.eth0/100.rp_filter"));
+        QCOMPARE(TuningApply::sysctlFileKey("net.ipv4.conf.eth0.100.rp_filter"),
+            QString("net.ipv4.conf.eth0/100.rp_filter"));
     }
 
     void usbfsWritesTheParameterAndTheTmpfilesEntry()
@@ -156,23 +159,57 @@ private slots:
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("target");
         QTest::addColumn<QString>("value");
-        QTest::newRow("other core key") << "sysctl" << "net.core.somaxconn" << "4096";
-        QTest::newRow("kernel key") << "sysctl" << "kernel.core_pattern" << "1";
-        QTest::newRow("path in key") << "sysctl" << "net.ipv4.conf.../rp_filter" << "2";
-        QTest::newRow("slash interface") << "sysctl" << "net.ipv4.conf.a/b.rp_filter" << "2";
-        QTest::newRow("long interface") << "sysctl" << "net.ipv4.conf.abcdefghijklmnop.rp_filter" << "2";
-        QTest::newRow("empty interface") << "sysctl" << "net.ipv4.conf..rp_filter" << "2";
-        QTest::newRow("rp_filter 3") << "sysctl" << "net.ipv4.conf.all.rp_filter" << "3";
-        QTest::newRow("negative") << "sysctl" << "net.core.rmem_max" << "-1";
-        QTest::newRow("padded") << "sysctl" << "net.core.rmem_max" << "016777216";
-        QTest::newRow("too large") << "sysctl" << "net.core.rmem_max" << "2147483648";
-        QTest::newRow("two lines") << "sysctl" << "net.core.rmem_max" << "1\n2";
-        QTest::newRow("empty value") << "sysctl" << "net.core.rmem_max" << "";
-        QTest::newRow("usbfs other target") << "usbfs-memory" << "usbfs_snoop" << "1";
-        QTest::newRow("usbfs text") << "usbfs-memory" << "usbfs_memory_mb" << "lots";
-        QTest::newRow("ring 0") << "rx-ring" << "eth0" << "0";
-        QTest::newRow("ring bad name") << "rx-ring" << "../eth0" << "4096";
-        QTest::newRow("unknown kind") << "mtu" << "eth0" << "9000";
+        QTest::newRow("other core key") << "sysctl"
+                                        << "net.core.somaxconn"
+                                        << "4096";
+        QTest::newRow("kernel key") << "sysctl"
+                                    << "kernel.core_pattern"
+                                    << "1";
+        QTest::newRow("path in key") << "sysctl"
+                                     << "net.ipv4.conf.../rp_filter"
+                                     << "2";
+        QTest::newRow("slash interface") << "sysctl"
+                                         << "net.ipv4.conf.a/b.rp_filter"
+                                         << "2";
+        QTest::newRow("long interface") << "sysctl"
+                                        << "net.ipv4.conf.abcdefghijklmnop.rp_filter"
+                                        << "2";
+        QTest::newRow("empty interface") << "sysctl"
+                                         << "net.ipv4.conf..rp_filter"
+                                         << "2";
+        QTest::newRow("rp_filter 3") << "sysctl"
+                                     << "net.ipv4.conf.all.rp_filter"
+                                     << "3";
+        QTest::newRow("negative") << "sysctl"
+                                  << "net.core.rmem_max"
+                                  << "-1";
+        QTest::newRow("padded") << "sysctl"
+                                << "net.core.rmem_max"
+                                << "016777216";
+        QTest::newRow("too large") << "sysctl"
+                                   << "net.core.rmem_max"
+                                   << "2147483648";
+        QTest::newRow("two lines") << "sysctl"
+                                   << "net.core.rmem_max"
+                                   << "1\n2";
+        QTest::newRow("empty value") << "sysctl"
+                                     << "net.core.rmem_max"
+                                     << "";
+        QTest::newRow("usbfs other target") << "usbfs-memory"
+                                            << "usbfs_snoop"
+                                            << "1";
+        QTest::newRow("usbfs text") << "usbfs-memory"
+                                    << "usbfs_memory_mb"
+                                    << "lots";
+        QTest::newRow("ring 0") << "rx-ring"
+                                << "eth0"
+                                << "0";
+        QTest::newRow("ring bad name") << "rx-ring"
+                                       << "../eth0"
+                                       << "4096";
+        QTest::newRow("unknown kind") << "mtu"
+                                      << "eth0"
+                                      << "9000";
     }
     void refusesTargetsAndValuesOutsideTheList()
     {

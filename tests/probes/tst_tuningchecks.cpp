@@ -19,13 +19,16 @@ private:
     QTemporaryDir *m_pRoot = nullptr;
 
     QString root() const { return m_pRoot->path(); }
-    bool write(const QString &strRelative, const QByteArray &content) { return TuningTest::write(root(), strRelative, content); }
+    bool write(const QString &strRelative, const QByteArray &content)
+    {
+        return TuningTest::write(root(), strRelative, content);
+    }
     // A network interface in the fixture's sys/class/net.
     bool addInterface(const QString &strName)
     {
         const QString strDir = "sys/class/net/" + strName + "/";
-        return write(strDir + "ifindex", "2\n") && write(strDir + "operstate", "up\n") && write(strDir + "mtu", "1500\n")
-            && write("proc/sys/net/ipv4/conf/" + strName + "/rp_filter", "0\n");
+        return write(strDir + "ifindex", "2\n") && write(strDir + "operstate", "up\n")
+            && write(strDir + "mtu", "1500\n") && write("proc/sys/net/ipv4/conf/" + strName + "/rp_filter", "0\n");
     }
     void writeSysctls(const QByteArray &rmemMax, const QByteArray &rmemDefault, const QByteArray &backlog)
     {
@@ -83,8 +86,8 @@ private slots:
         UsbBuffers::check(info);
         QCOMPARE(info.bNormal, normal);
         QCOMPARE(info.nItem, 4096);
-        QCOMPARE(info.usb3Controllers, usb3RootHub ? QStringList{"usb2"} : QStringList());
-        QCOMPARE(info.usb3Cameras, u3vCamera ? QStringList{"2-1"} : QStringList());
+        QCOMPARE(info.usb3Controllers, usb3RootHub ? QStringList {"usb2"} : QStringList());
+        QCOMPARE(info.usb3Cameras, u3vCamera ? QStringList {"2-1"} : QStringList());
         const VxPlan plan = UsbBuffers::plan(info);
         QCOMPARE(plan.size(), normal ? 0 : 1);
         const QStringList listLines = usbBufferLines(info);
@@ -103,7 +106,9 @@ private slots:
             QCOMPARE(plan.first().strTarget, QString("usbfs_memory_mb"));
             QCOMPARE(plan.first().strOld, QString::fromLatin1(value));
             QCOMPARE(plan.first().strNew, QString("1000"));
-            QCOMPARE(listLines.first(), QString("USB buffer memory (usbfs_memory_mb) is %1 MB; USB3 Vision cameras need at least 1000 MB.").arg(QString(value)));
+            QCOMPARE(listLines.first(),
+                QString("USB buffer memory (usbfs_memory_mb) is %1 MB; USB3 Vision cameras need at least 1000 MB.")
+                    .arg(QString(value)));
         } else if (value == "0") {
             QCOMPARE(listLines.first(), QString("USB buffer memory (usbfs_memory_mb): unlimited."));
         } else {
@@ -120,7 +125,8 @@ private slots:
         QCOMPARE(info.nUsbfsMemoryMb, -1);
         QCOMPARE(info.bNormal, 1);
         QVERIFY(UsbBuffers::plan(info).isEmpty());
-        QCOMPARE(usbBufferLines(info).first(), QString("The USB buffer memory cannot be read (the usbcore module is not loaded)."));
+        QCOMPARE(usbBufferLines(info).first(),
+            QString("The USB buffer memory cannot be read (the usbcore module is not loaded)."));
     }
 
     // --- network receive buffers ----------------------------------------------
@@ -130,17 +136,21 @@ private slots:
         QTest::addColumn<QByteArray>("rmemDefault");
         QTest::addColumn<QByteArray>("backlog");
         QTest::addColumn<QStringList>("planned"); // key=old>new
-        QTest::newRow("all at the threshold") << QByteArray("16777216") << QByteArray("16777216") << QByteArray("10000") << QStringList();
+        QTest::newRow("all at the threshold")
+            << QByteArray("16777216") << QByteArray("16777216") << QByteArray("10000") << QStringList();
         QTest::newRow("rmem_max 16 MiB - 1") << QByteArray("16777215") << QByteArray("16777216") << QByteArray("10000")
-                                            << QStringList{"net.core.rmem_max=16777215>16777216"};
-        QTest::newRow("rmem_default 16 MiB - 1") << QByteArray("33554432") << QByteArray("16777215") << QByteArray("20000")
-                                                << QStringList{"net.core.rmem_default=16777215>16777216"};
+                                             << QStringList {"net.core.rmem_max=16777215>16777216"};
+        QTest::newRow("rmem_default 16 MiB - 1")
+            << QByteArray("33554432") << QByteArray("16777215") << QByteArray("20000")
+            << QStringList {"net.core.rmem_default=16777215>16777216"};
         QTest::newRow("backlog 9999") << QByteArray("16777216") << QByteArray("16777216") << QByteArray("9999")
-                                     << QStringList{"net.core.netdev_max_backlog=9999>10000"};
+                                      << QStringList {"net.core.netdev_max_backlog=9999>10000"};
         QTest::newRow("Debian defaults") << QByteArray("212992") << QByteArray("212992") << QByteArray("1000")
-                                        << QStringList{"net.core.rmem_max=212992>16777216", "net.core.rmem_default=212992>16777216",
-                                                       "net.core.netdev_max_backlog=1000>10000"};
-        QTest::newRow("unreadable is not low") << QByteArray("x") << QByteArray("") << QByteArray("-5") << QStringList();
+                                         << QStringList {"net.core.rmem_max=212992>16777216",
+                                                "net.core.rmem_default=212992>16777216",
+                                                "net.core.netdev_max_backlog=1000>10000"};
+        QTest::newRow("unreadable is not low")
+            << QByteArray("x") << QByteArray("") << QByteArray("-5") << QStringList();
     }
     void receiveSysctlThresholds()
     {
@@ -253,8 +263,9 @@ private slots:
         QCOMPARE(plan.at(0).strNew, QString("4096"));
         QCOMPARE(plan.at(1).strKind, QString(RxBuffers::kInterruptModerationKind));
         QCOMPARE(plan.at(1).strNew, QString("1"));
-        QCOMPARE(rxBufferLines(info), QStringList({"Receive buffers of Intel(R) Ethernet: 512 of at most 4096.",
-                                                    "Interrupt moderation of Intel(R) Ethernet is off: every frame costs an interrupt."}));
+        QCOMPARE(rxBufferLines(info),
+            QStringList({"Receive buffers of Intel(R) Ethernet: 512 of at most 4096.",
+                "Interrupt moderation of Intel(R) Ethernet is off: every frame costs an interrupt."}));
         info.adapters[0].nRx = 4096;
         info.adapters[0].nInterruptModeration = 1;
         QVERIFY(!RxBuffers::isExceptional(info));
@@ -288,7 +299,7 @@ private slots:
         CRpFilterDetectInfo info;
         RpFilter::check(info);
         QCOMPARE(info.nItem, 16384);
-        QCOMPARE(info.adapters, (QMap<QString, int>{{"eth0", own.toInt()}}));
+        QCOMPARE(info.adapters, (QMap<QString, int> {{"eth0", own.toInt()}}));
         QCOMPARE(RpFilter::effective(info.nAll, info.adapters.value("eth0")), effective);
         QCOMPARE(info.bNormal, effective == 1 ? 0 : 1);
         const VxPlan plan = RpFilter::plan(info);
@@ -303,7 +314,8 @@ private slots:
         } else {
             QCOMPARE(strLine, QString("The reverse-path filter of eth0 is %1.").arg(effective == 0 ? "off" : "loose"));
         }
-        QCOMPARE(rpFilterFacts(info).value("adapters").toObject().value("eth0").toObject().value("effective").toInt(), effective);
+        QCOMPARE(rpFilterFacts(info).value("adapters").toObject().value("eth0").toObject().value("effective").toInt(),
+            effective);
     }
 
     void unreadableFilterIsNotStrict()
@@ -315,8 +327,9 @@ private slots:
         QCOMPARE(info.nAll, -1);
         QCOMPARE(info.adapters.value("eth0"), -1);
         QCOMPARE(info.bNormal, 1);
-        QCOMPARE(rpFilterLines(info), QStringList({"net.ipv4.conf.all.rp_filter cannot be read.",
-                                                   "The reverse-path filter of eth0 cannot be read."}));
+        QCOMPARE(rpFilterLines(info),
+            QStringList(
+                {"net.ipv4.conf.all.rp_filter cannot be read.", "The reverse-path filter of eth0 cannot be read."}));
     }
 };
 

@@ -33,8 +33,8 @@ inline QByteArray read(const QString &strRoot, const QString &strRelative)
 inline QMap<QString, QByteArray> snapshot(const QString &strRoot)
 {
     QMap<QString, QByteArray> map;
-    QDirIterator it(strRoot, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System,
-                    QDirIterator::Subdirectories);
+    QDirIterator it(
+        strRoot, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QString strPath = it.next();
         const QString strRelative = QDir(strRoot).relativeFilePath(strPath);

@@ -21,13 +21,16 @@ QString pciId(const QString &strTag)
 QString readString(const QString &strKey, const QString &strName)
 {
     KeyCloser key;
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, reinterpret_cast<const wchar_t *>(strKey.utf16()), 0, KEY_READ, &key.hKey) != ERROR_SUCCESS)
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, reinterpret_cast<const wchar_t *>(strKey.utf16()), 0, KEY_READ, &key.hKey)
+        != ERROR_SUCCESS)
         return QStringLiteral("<no key>");
     wchar_t data[256] = {};
     DWORD dwSize = sizeof data - sizeof(wchar_t);
     DWORD dwType = 0;
     if (RegQueryValueExW(key.hKey, reinterpret_cast<const wchar_t *>(strName.utf16()), nullptr, &dwType,
-                         reinterpret_cast<BYTE *>(data), &dwSize) != ERROR_SUCCESS || dwType != REG_SZ)
+            reinterpret_cast<BYTE *>(data), &dwSize)
+            != ERROR_SUCCESS
+        || dwType != REG_SZ)
         return QStringLiteral("<no text>");
     return QString::fromWCharArray(data);
 }
@@ -57,14 +60,22 @@ void TstWinTuning::receiveBuffersAreRead_data()
     QTest::addColumn<QString>("params");
     QTest::addColumn<qint64>("rx");
     QTest::addColumn<qint64>("rxMax");
-    QTest::newRow("text below the enum's largest") << "512" << "enum:256,512,1024,4096,2048" << qint64(512) << qint64(4096);
-    QTest::newRow("at the enum's largest") << "4096" << "enum:256,4096" << qint64(4096) << qint64(4096);
-    QTest::newRow("enum with a word") << "256" << "enum:256,lots,1024" << qint64(256) << qint64(1024);
-    QTest::newRow("DWORD and a numeric range") << "dword:512" << "range:80-2048" << qint64(512) << qint64(2048);
-    QTest::newRow("no value: the default") << "" << "default:1024;range:80-4096" << qint64(1024) << qint64(4096);
-    QTest::newRow("not a number") << "abc" << "range:80-4096" << qint64(-1) << qint64(4096);
-    QTest::newRow("no parameter entry") << "512" << "" << qint64(512) << qint64(-1);
-    QTest::newRow("range max not a number") << "512" << "range:80-many" << qint64(512) << qint64(-1);
+    QTest::newRow("text below the enum's largest") << "512"
+                                                   << "enum:256,512,1024,4096,2048" << qint64(512) << qint64(4096);
+    QTest::newRow("at the enum's largest") << "4096"
+                                           << "enum:256,4096" << qint64(4096) << qint64(4096);
+    QTest::newRow("enum with a word") << "256"
+                                      << "enum:256,lots,1024" << qint64(256) << qint64(1024);
+    QTest::newRow("DWORD and a numeric range") << "dword:512"
+                                               << "range:80-2048" << qint64(512) << qint64(2048);
+    QTest::newRow("no value: the default") << ""
+                                           << "default:1024;range:80-4096" << qint64(1024) << qint64(4096);
+    QTest::newRow("not a number") << "abc"
+                                  << "range:80-4096" << qint64(-1) << qint64(4096);
+    QTest::newRow("no parameter entry") << "512"
+                                        << "" << qint64(512) << qint64(-1);
+    QTest::newRow("range max not a number") << "512"
+                                            << "range:80-many" << qint64(512) << qint64(-1);
 }
 
 void TstWinTuning::receiveBuffersAreRead()
@@ -77,7 +88,7 @@ void TstWinTuning::receiveBuffersAreRead()
     QVERIFY(device.isRegistered());
     QVERIFY(!device.driverKey().isEmpty());
     {
-        KeyCloser key{createKey(device.driverKeyPath())};
+        KeyCloser key {createKey(device.driverKeyPath())};
         QVERIFY(key.hKey);
         if (value.startsWith("dword:"))
             QCOMPARE(setDword(key.hKey, "*ReceiveBuffers", value.mid(6).toUInt()), LONG(ERROR_SUCCESS));
@@ -86,10 +97,10 @@ void TstWinTuning::receiveBuffersAreRead()
     }
     const QString strParams = device.driverKeyPath() + "\\Ndi\\params\\*ReceiveBuffers";
     for (const QString &strPart : params.split(';', Qt::SkipEmptyParts)) {
-        KeyCloser key{createKey(strParams)};
+        KeyCloser key {createKey(strParams)};
         QVERIFY(key.hKey);
         if (strPart.startsWith("enum:")) {
-            KeyCloser values{createKey(strParams + "\\enum")};
+            KeyCloser values {createKey(strParams + "\\enum")};
             QVERIFY(values.hKey);
             for (const QString &strName : strPart.mid(5).split(','))
                 QCOMPARE(setString(values.hKey, strName, strName + " buffers"), LONG(ERROR_SUCCESS));
@@ -117,11 +128,16 @@ void TstWinTuning::interruptModerationIsRead_data()
     QTest::addColumn<QString>("value");
     QTest::addColumn<QString>("paramDefault"); // "-": no parameter entry
     QTest::addColumn<int>("moderation");
-    QTest::newRow("off") << "0" << "-" << 0;
-    QTest::newRow("on") << "1" << "-" << 1;
-    QTest::newRow("no value, default on") << "" << "1" << 1;
-    QTest::newRow("no value, default off") << "" << "0" << 0;
-    QTest::newRow("the driver has none") << "" << "-" << -1;
+    QTest::newRow("off") << "0"
+                         << "-" << 0;
+    QTest::newRow("on") << "1"
+                        << "-" << 1;
+    QTest::newRow("no value, default on") << ""
+                                          << "1" << 1;
+    QTest::newRow("no value, default off") << ""
+                                           << "0" << 0;
+    QTest::newRow("the driver has none") << ""
+                                         << "-" << -1;
 }
 
 void TstWinTuning::interruptModerationIsRead()
@@ -132,11 +148,11 @@ void TstWinTuning::interruptModerationIsRead()
     NetDevice device(pciId(uniqueTag()), true);
     QVERIFY(!device.driverKey().isEmpty());
     if (!value.isEmpty()) {
-        KeyCloser key{createKey(device.driverKeyPath())};
+        KeyCloser key {createKey(device.driverKeyPath())};
         QCOMPARE(setString(key.hKey, "*InterruptModeration", value), LONG(ERROR_SUCCESS));
     }
     if (paramDefault != "-") {
-        KeyCloser key{createKey(device.driverKeyPath() + "\\Ndi\\params\\*InterruptModeration")};
+        KeyCloser key {createKey(device.driverKeyPath() + "\\Ndi\\params\\*InterruptModeration")};
         QCOMPARE(setString(key.hKey, "default", paramDefault), LONG(ERROR_SUCCESS));
     }
     CRxAdapter adapter;
@@ -164,10 +180,10 @@ void TstWinTuning::keywordWriterStoresText()
     NetDevice device(pciId(uniqueTag()), true);
     QVERIFY(!device.driverKey().isEmpty());
     {
-        KeyCloser key{createKey(device.driverKeyPath())};
+        KeyCloser key {createKey(device.driverKeyPath())};
         QCOMPARE(setDword(key.hKey, "*ReceiveBuffers", 256), LONG(ERROR_SUCCESS));
         QCOMPARE(setString(key.hKey, "*InterruptModeration", "0"), LONG(ERROR_SUCCESS));
-        KeyCloser params{createKey(device.driverKeyPath() + "\\Ndi\\params\\*ReceiveBuffers")};
+        KeyCloser params {createKey(device.driverKeyPath() + "\\Ndi\\params\\*ReceiveBuffers")};
         QCOMPARE(setString(params.hKey, "max", "4096"), LONG(ERROR_SUCCESS));
     }
     CRxBufferDetectInfo info;
@@ -175,7 +191,9 @@ void TstWinTuning::keywordWriterStoresText()
     RxBuffers::Detail::readDriverSettings(device.driverKey(), &adapter);
     info.adapters << adapter;
     for (const VxChange &change : RxBuffers::plan(info)) {
-        const QString strName = change.strKind == QLatin1String(RxBuffers::kReceiveBuffersKind) ? "*ReceiveBuffers" : "*InterruptModeration";
+        const QString strName = change.strKind == QLatin1String(RxBuffers::kReceiveBuffersKind)
+            ? "*ReceiveBuffers"
+            : "*InterruptModeration";
         QVERIFY(RxBuffers::Detail::writeKeyword(change.strTarget, strName, change.strNew));
     }
     QCOMPARE(readString(device.driverKeyPath(), "*ReceiveBuffers"), QString("4096"));
@@ -198,7 +216,8 @@ void TstWinTuning::selectiveSuspendHasAnOutcome_wineStub()
     QCOMPARE(info.bNormal, info.nSelectiveSuspend == 1 ? 0 : 1);
     QCOMPARE(UsbBuffers::plan(info).size(), info.nSelectiveSuspend == 1 ? 1 : 0);
     if (info.nSelectiveSuspend == -1)
-        QCOMPARE(listLines.first(), QString("The USB selective suspend setting of the active power plan cannot be read."));
+        QCOMPARE(
+            listLines.first(), QString("The USB selective suspend setting of the active power plan cannot be read."));
     QCOMPARE(usbBufferFacts(info).value("selectiveSuspend").isNull(), info.nSelectiveSuspend == -1);
 }
 
