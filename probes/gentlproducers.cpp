@@ -7,6 +7,8 @@
 #include <QJsonArray>
 #include <QtEndian>
 
+#include <cstring>
+
 CGenTLDetectInfo::~CGenTLDetectInfo() = default;
 
 namespace {
