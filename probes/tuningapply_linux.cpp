@@ -121,38 +121,36 @@ QByteArray markerOf(const QString &strName)
     return "# " + strName.toLatin1() + " before Vetrix Tool: ";
 }
 
-// The keeping file's text with strName set by strLine, or removed when the
-// new value is the one it replaced. strOld is the running value before the
-// change, remembered when the file does not hold the name yet.
+// The keeping file's text with strName set by settingLine, or without it
+// when the new value is the one it replaced. Our setting is the marker
+// comment and the line after it, always at the end of the file (a later
+// assignment wins); every other line, an assignment of the same name
+// included, stays as it is. strOld is the running value before the change,
+// remembered when the file does not hold the name yet.
 QByteArray keptFile(const QByteArray &content, const QString &strName, const QString &strOld, const QString &strNew,
-    const QByteArray &settingLine, const std::function<bool(const QByteArray &)> &setsName)
+                    const QByteArray &settingLine, const std::function<bool(const QByteArray &)> &setsName)
 {
     QList<QByteArray> listLines = content.split('\n');
     if (!listLines.isEmpty() && listLines.last().isEmpty())
         listLines.removeLast();
     const QByteArray marker = markerOf(strName);
     QString strOriginal = strOld;
-    int nMarker = -1;
-    for (int i = 0; i < listLines.size(); ++i) {
-        if (listLines.at(i).startsWith(marker)) {
-            nMarker = i;
-            strOriginal = QString::fromLatin1(listLines.at(i).mid(marker.size()).trimmed());
-        }
-    }
-    // Any setting of the name in this file is ours; it is written anew.
-    QList<QByteArray> listKept;
-    for (int i = 0; i < listLines.size(); ++i) {
-        if (i == nMarker || setsName(listLines.at(i)))
+    for (int i = listLines.size() - 1; i >= 0; --i) {
+        if (!listLines.at(i).startsWith(marker))
             continue;
-        listKept << listLines.at(i);
+        strOriginal = QString::fromLatin1(listLines.at(i).mid(marker.size()).trimmed());
+        if (i + 1 < listLines.size() && setsName(listLines.at(i + 1)))
+            listLines.removeAt(i + 1);
+        listLines.removeAt(i);
+        break;
     }
     if (strNew != strOriginal) {
-        if (listKept.isEmpty())
-            listKept = QByteArray(kHeader).split('\n').mid(0, 2);
-        listKept << marker + strOriginal.toLatin1() << settingLine;
+        if (listLines.isEmpty())
+            listLines = QByteArray(kHeader).split('\n').mid(0, 2);
+        listLines << marker + strOriginal.toLatin1() << settingLine;
     }
     QByteArray result;
-    for (const QByteArray &line : listKept)
+    for (const QByteArray &line : listLines)
         result += line + '\n';
     return result;
 }

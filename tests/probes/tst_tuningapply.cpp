@@ -96,18 +96,25 @@ private slots:
         QCOMPARE(TuningTest::snapshot(root()), before);
     }
 
+    // Lines of the drop-in that are not ours stay, an assignment of the same
+    // key included: ours comes last, so it wins, and goes again on undo.
     void otherLinesOfTheDropInAreKept()
     {
         const QByteArray own = "# written by hand\nnet.core.somaxconn = 4096\n-net.ipv4.conf.all.rp_filter = 1\n";
         QVERIFY(TuningTest::write(root(), "etc/sysctl.d/90-vetrix-tool.conf", own));
         QString strError;
         QVERIFY(applyTuningChange(sysctl("net.ipv4.conf.all.rp_filter", "2"), &strError));
-        QCOMPARE(dropIn(),
-            QByteArray("# written by hand\nnet.core.somaxconn = 4096\n"
-                       "# net.ipv4.conf.all.rp_filter before Vetrix Tool: 1\n"
-                       "net.ipv4.conf.all.rp_filter = 2\n"));
+        QCOMPARE(dropIn(), own + "# net.ipv4.conf.all.rp_filter before Vetrix Tool: 1\n"
+                                 "net.ipv4.conf.all.rp_filter = 2\n");
+        QVERIFY(applyTuningChange(sysctl("net.core.rmem_max", "16777216"), &strError));
+        QVERIFY(applyTuningChange(sysctl("net.ipv4.conf.all.rp_filter", "0"), &strError));
+        QCOMPARE(dropIn(), own + "# net.core.rmem_max before Vetrix Tool: 212992\n"
+                                 "net.core.rmem_max = 16777216\n"
+                                 "# net.ipv4.conf.all.rp_filter before Vetrix Tool: 1\n"
+                                 "net.ipv4.conf.all.rp_filter = 0\n");
         QVERIFY(applyTuningChange(sysctl("net.ipv4.conf.all.rp_filter", "1"), &strError));
-        QCOMPARE(dropIn(), QByteArray("# written by hand\nnet.core.somaxconn = 4096\n"));
+        QVERIFY(applyTuningChange(sysctl("net.core.rmem_max", "212992"), &strError));
+        QCOMPARE(dropIn(), own);
     }
 
     void interfaceNamesWithDotsUseSlashesInTheDropIn()
