@@ -317,7 +317,9 @@ bool isValid(const VxChange &change, QString *pError)
 
 VxRepairStatus applyPlan(const VxPlan &plan, QString *pError)
 {
-    if (!VxPrivileged::isRoot()) {
+    // The running system's settings need root; another system root is
+    // written with the user's own rights.
+    if (LuInterface::isLiveRoot() && ::geteuid() != 0) {
         setError(pError,
             QCoreApplication::translate("VxOneKeyResult", "Changing the system settings needs administrator rights."));
         return VxRepairStatus::NotAuthorized;

@@ -1,4 +1,5 @@
 #include "ethtoolrings.h"
+#include "tuningapply.h"
 #include "netadapters.h"
 #include "rpfilter.h"
 #include "rxbuffers.h"
@@ -316,6 +317,62 @@ private slots:
         }
         QCOMPARE(rpFilterFacts(info).value("adapters").toObject().value("eth0").toObject().value("effective").toInt(),
             effective);
+    }
+
+    // The repairs as root (or, as here, below another system root): each
+    // plan applied, the item normal afterwards, the keeping files written.
+    void repairsApplyTheirPlans()
+    {
+        QVERIFY(addInterface("eth0"));
+        writeSysctls("212992", "16777216", "1000");
+        QVERIFY(write("proc/sys/net/ipv4/conf/all/rp_filter", "1\n"));
+        QVERIFY(write("sys/module/usbcore/parameters/usbfs_memory_mb", "16\n"));
+        QVERIFY(write("sys/bus/usb/devices/usb2/speed", "5000\n"));
+
+        CRxBufferDetectInfo rx;
+        RxBuffers::check(rx);
+        QCOMPARE(rx.bNormal, 0);
+        QCOMPARE(RxBuffers::repair(rx), VxRepairStatus::Done);
+        QCOMPARE(rx.bNormal, 1);
+        QCOMPARE(TuningTest::read(root(), "proc/sys/net/core/netdev_max_backlog"), QByteArray("10000\n"));
+
+        CRpFilterDetectInfo rp;
+        RpFilter::check(rp);
+        QCOMPARE(rp.bNormal, 0);
+        QCOMPARE(RpFilter::repair(rp), VxRepairStatus::Done);
+        QCOMPARE(rp.bNormal, 1);
+        QCOMPARE(TuningTest::read(root(), "proc/sys/net/ipv4/conf/all/rp_filter"), QByteArray("1\n"));
+        QCOMPARE(TuningTest::read(root(), "proc/sys/net/ipv4/conf/eth0/rp_filter"), QByteArray("2\n"));
+
+        CUsbBufferDetectInfo usb;
+        UsbBuffers::check(usb);
+        QCOMPARE(UsbBuffers::repair(usb), VxRepairStatus::Done);
+        QCOMPARE(usb.nUsbfsMemoryMb, 1000);
+        QCOMPARE(usb.bNormal, 1);
+
+        const QByteArray dropIn = TuningTest::read(root(), "etc/sysctl.d/90-vetrix-tool.conf");
+        QVERIFY(dropIn.contains("net.core.rmem_max = 16777216\n"));
+        QVERIFY(!dropIn.contains("net.core.rmem_default")); // was at the threshold already
+        QVERIFY(dropIn.contains("net.core.netdev_max_backlog = 10000\n"));
+        QVERIFY(dropIn.contains("net.ipv4.conf.eth0.rp_filter = 2\n"));
+        QVERIFY(TuningTest::read(root(), "etc/tmpfiles.d/vetrix-tool-usbfs.conf").contains("usbfs_memory_mb - - - - 1000\n"));
+    }
+
+    void repairStopsAtTheFirstFailure()
+    {
+        writeSysctls("212992", "212992", "1000");
+        QVERIFY(QFile::remove(root() + "/proc/sys/net/core/rmem_default"));
+        CRxBufferDetectInfo rx;
+        RxBuffers::check(rx);
+        QString strError;
+        QCOMPARE(TuningApply::applyPlan(RxBuffers::plan(rx), &strError), VxRepairStatus::Done);
+        QVERIFY(write("proc/sys/net/core/rmem_max", "212992\n"));
+        RxBuffers::check(rx);
+        VxPlan plan = RxBuffers::plan(rx);
+        plan.prepend(VxChange {8192, VxChangeKind::Sysctl, "net.core.rmem_default", "212992", "16777216"});
+        QCOMPARE(TuningApply::applyPlan(plan, &strError), VxRepairStatus::Failed);
+        QVERIFY(strError.contains("rmem_default"));
+        QCOMPARE(TuningTest::read(root(), "proc/sys/net/core/rmem_max"), QByteArray("212992\n"));
     }
 
     void unreadableFilterIsNotStrict()
