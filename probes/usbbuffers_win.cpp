@@ -2,8 +2,9 @@
 
 #include <QUuid>
 
-#include <powrprof.h>
 #include <windows.h>
+// powrprof.h needs the types of windows.h.
+#include <powrprof.h>
 
 namespace UsbBuffers {
 

@@ -2,11 +2,14 @@
 // the adapters' *ReceiveBuffers and *InterruptModeration with their Ndi
 // parameter entries, the keyword writer, and the power plan's USB selective
 // suspend setting.
+#include "gentlproducers.h"
 #include "rxbuffers.h"
 #include "rxbuffers_win_p.h"
 #include "usbbuffers.h"
 #include "winfixtures.h"
 
+#include <QTemporaryDir>
+#include <QtEndian>
 #include <QtTest>
 
 using namespace WinFixtures;
@@ -49,6 +52,7 @@ private slots:
     void missingClassKeyHasNoSettings();
     void keywordWriterStoresText();
     void selectiveSuspendHasAnOutcome_wineStub();
+    void genTLProducersArePeLibraries();
 };
 
 // Columns: the driver key's value (empty: none; "dword:N": a DWORD), the
@@ -219,6 +223,61 @@ void TstWinTuning::selectiveSuspendHasAnOutcome_wineStub()
         QCOMPARE(
             listLines.first(), QString("The USB selective suspend setting of the active power plan cannot be read."));
     QCOMPARE(usbBufferFacts(info).value("selectiveSuspend").isNull(), info.nSelectiveSuspend == -1);
+}
+
+namespace {
+
+// A PE header: magic 0x10b (PE32) or 0x20b (PE32+), machine, and the DLL flag.
+QByteArray peHeader(quint16 uMagic, quint16 uMachine, bool bDll)
+{
+    QByteArray header(512, '\0');
+    header.replace(0, 2, "MZ");
+    qToLittleEndian<quint32>(0x80, header.data() + 0x3c);
+    header.replace(0x80, 4, QByteArray("PE\0\0", 4));
+    qToLittleEndian<quint16>(uMachine, header.data() + 0x84);
+    qToLittleEndian<quint16>(bDll ? 0x2022 : 0x0022, header.data() + 0x84 + 18);
+    qToLittleEndian<quint16>(uMagic, header.data() + 0x84 + 20);
+    return header;
+}
+
+bool writeFile(const QString &strPath, const QByteArray &data)
+{
+    QDir().mkpath(QFileInfo(strPath).absolutePath());
+    QFile file(strPath);
+    return file.open(QIODevice::WriteOnly) && file.write(data) == data.size();
+}
+
+} // namespace
+
+// Windows folders are ";"-separated, producers are PE DLLs (AMD64 for the
+// 64-bit variable) and file names differ only by case.
+void TstWinTuning::genTLProducersArePeLibraries()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString strA = QDir::toNativeSeparators(dir.path() + "/a");
+    const QString strB = QDir::toNativeSeparators(dir.path() + "/b");
+    QVERIFY(writeFile(dir.path() + "/a/VendorA.cti", peHeader(0x20b, 0x8664, true)));
+    QVERIFY(writeFile(dir.path() + "/b/vendora.CTI", peHeader(0x20b, 0x8664, true)));
+    QVERIFY(writeFile(dir.path() + "/b/Old32.cti", peHeader(0x10b, 0x14c, true)));
+    qputenv("GENICAM_GENTL64_PATH", (strA + ";" + strB).toLocal8Bit());
+    qunsetenv("GENICAM_GENTL32_PATH");
+    CGenTLDetectInfo info;
+    GenTLProducers::check(info);
+    qunsetenv("GENICAM_GENTL64_PATH");
+    QCOMPARE(info.folders.size(), 2);
+    QCOMPARE(info.producers.size(), 3);
+    QCOMPARE(info.bNormal, 0);
+    QCOMPARE(info.duplicates.size(), 1);
+    QCOMPARE(info.duplicates.first().folders, QStringList({strA, strB}));
+    const QStringList listLines = genTLLines(info);
+    QVERIFY2(
+        listLines.contains(QString("GenTL producer: %1 (64-bit PE library for x86-64).").arg(strA + "\\VendorA.cti")),
+        qPrintable(listLines.join('\n')));
+    QVERIFY2(listLines.contains(QString("%1 is a 32-bit PE library for x86, but GENICAM_GENTL64_PATH needs a 64-bit PE "
+                                        "library for x86-64: install the matching producer.")
+                                    .arg(strB + "\\Old32.cti")),
+        qPrintable(listLines.join('\n')));
 }
 
 QTEST_GUILESS_MAIN(TstWinTuning)
