@@ -3,6 +3,7 @@
 // report the program exports, or the same results as JSON.
 
 #include "vxcheckreport.h"
+#include "vxitemregistry.h"
 #include "vxitems.h"
 #include "vxoperatethread.h"
 #include "vxresulttext.h"
@@ -149,7 +150,7 @@ int main(int argc, char *argv[])
         printErr(QCoreApplication::translate("VxCheck", "Unknown language \"%1\": use ENG or CH.").arg(strLang));
         return ExitUsage;
     }
-    quint32 uMask = VxItems::kAllItemsMask;
+    quint32 uMask = VxItemRegistry::shownMask();
     if (parser.isSet(itemsOption)) {
         QString strError;
         if (!VxCheckReport::parseItems(parser.value(itemsOption), &uMask, &strError)) {

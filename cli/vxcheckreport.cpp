@@ -1,6 +1,7 @@
 #include "vxcheckreport.h"
 
 #include "cdetectinfo.h"
+#include "vxitemregistry.h"
 #include "vxitems.h"
 #include "vxresulttext.h"
 
@@ -10,62 +11,11 @@
 namespace VxCheckReport {
 
 namespace {
-QJsonObject stringMap(const QMap<QString, QString> &map)
-{
-    QJsonObject object;
-    for (auto it = map.cbegin(); it != map.cend(); ++it)
-        object.insert(it.key(), it.value());
-    return object;
-}
-
-QJsonObject listMap(const QMap<QString, QStringList> &map)
-{
-    QJsonObject object;
-    for (auto it = map.cbegin(); it != map.cend(); ++it)
-        object.insert(it.key(), QJsonArray::fromStringList(it.value()));
-    return object;
-}
-
-QJsonObject intMap(const QMap<QString, int> &map)
-{
-    QJsonObject object;
-    for (auto it = map.cbegin(); it != map.cend(); ++it)
-        object.insert(it.key(), it.value());
-    return object;
-}
-
-// The record's own facts, by record class.
+// The record's own facts, as its row writes them.
 QJsonObject facts(const CDetectInfo &info)
 {
-    QJsonObject object;
-    if (auto *p = dynamic_cast<const CSDKPathDetectInfo *>(&info)) {
-        object.insert(QStringLiteral("foundFiles"), listMap(p->foundFiles));
-    } else if (auto *p = dynamic_cast<const CEnvDetectInfo *>(&info)) {
-        object.insert(QStringLiteral("currentValues"), stringMap(p->currentValues));
-        object.insert(QStringLiteral("missingValues"), listMap(p->missingValues));
-        object.insert(QStringLiteral("pendingValues"), stringMap(p->pendingValues));
-    } else if (auto *p = dynamic_cast<const CUSBControllerDriverInfo *>(&info)) {
-        object.insert(QStringLiteral("driverDesc"), p->driverDesc);
-        object.insert(QStringLiteral("providerName"), p->providerName);
-        object.insert(QStringLiteral("driverDate"), p->driverDate);
-        object.insert(QStringLiteral("driverVersion"), p->driverVersion);
-    } else if (auto *p = dynamic_cast<const CNetworkSpeedDetectInfo *>(&info)) {
-        object.insert(QStringLiteral("adapterSpeeds"), intMap(p->adapterSpeeds));
-    } else if (auto *p = dynamic_cast<const CJumboPacketDetectInfo *>(&info)) {
-        object.insert(QStringLiteral("jumboStates"), intMap(p->jumboStates));
-        object.insert(QStringLiteral("jumboValues"), intMap(p->jumboValues));
-    } else if (auto *p = dynamic_cast<const CUsbBasicDetectInfo *>(&info)) {
-        object.insert(QStringLiteral("hasTree"), p->pRootItem != nullptr);
-    } else if (auto *p = dynamic_cast<const CSystemDetectInfo *>(&info)) {
-        object.insert(QStringLiteral("cpu"), p->cpu);
-        object.insert(QStringLiteral("cpuCount"), p->cpuCount);
-        object.insert(QStringLiteral("availableMemory"), p->availableMemory);
-        object.insert(QStringLiteral("byteOrder"), p->byteOrder);
-        object.insert(QStringLiteral("operatingSystem"), p->operatingSystem);
-        object.insert(QStringLiteral("graphicsChips"), p->graphicsChips);
-        object.insert(QStringLiteral("resolution"), p->resolution);
-    }
-    return object;
+    const VxItemRow *pRow = VxItemRegistry::row(quint32(info.nItem));
+    return pRow && pRow->facts ? pRow->facts(info) : QJsonObject();
 }
 
 QStringList linesOf(const VxCheckItem &item)

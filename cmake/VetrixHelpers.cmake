@@ -69,3 +69,19 @@ function(vx_add_fuzz_target)
         vx_wine_test(${target}_replay)
     endif()
 endfunction()
+
+# vx_platform_sources(target stem ...)
+# Adds each stem's platform file to the target: stem_win.cpp in Windows
+# builds, stem_linux.cpp otherwise. The portable part (stem.h, stem.cpp) is
+# listed with the target as usual; files that exist on one platform only are
+# added in an if(WIN32) block of their own.
+function(vx_platform_sources target)
+    if(WIN32)
+        set(suffix win)
+    else()
+        set(suffix linux)
+    endif()
+    foreach(stem IN LISTS ARGN)
+        target_sources(${target} PRIVATE ${stem}_${suffix}.cpp)
+    endforeach()
+endfunction()

@@ -15,14 +15,4 @@ VxProbeTable table();
 void setTable(const VxProbeTable &probeTable);
 void resetTable();
 
-// Runs fn and returns how the privileged part of the repair it makes ended
-// (VxPrivileged::lastStatus(), reset to Done before the call).
-template<typename Fn>
-VxRepairStatus runRepair(Fn &&fn)
-{
-    VxPrivileged::setLastStatus(VxRepairStatus::Done);
-    fn();
-    return VxPrivileged::lastStatus();
-}
-
 } // namespace VxDialogProbes

@@ -143,14 +143,13 @@ void VxEnvCheckDlg::onButtonClicked(int nIndex)
         cOnButtonClicked(nIndex);
         return;
     }
-    const VxRepairStatus status = VxDialogProbes::runRepair([this] {
-        VxOperateRunner runner(false, kItemId, this, tr("Repairing environment variables..."), {{kItemId, pItem}});
-        runner.run();
-    });
+    VxOperateRunner runner(false, kItemId, this, tr("Repairing environment variables..."), {{kItemId, pItem}});
+    runner.run();
+    const VxRepairStatus status = runner.outcome(kItemId).status;
     // A fresh check, here on the GUI thread, so both maps and the flag are current.
     const VxProbeTable probes = VxDialogProbes::table();
-    if (probes.envCheck)
-        probes.envCheck(*pItem);
+    if (const auto &check = probes.probes(kItemId).check)
+        check(*pItem);
     fillTable();
     cResetCustomButtonNames({buttonText()});
     if (status != VxRepairStatus::Done && !pItem->bNormal)
@@ -167,6 +166,7 @@ QString VxEnvCheckDlg::repairFailureText(VxRepairStatus status) const
     case VxRepairStatus::Refused:
         return tr("The environment variables were not repaired: the repair helper refused the values.");
     case VxRepairStatus::Failed:
+    case VxRepairStatus::NotFound:
     case VxRepairStatus::Done:
         break;
     }

@@ -104,10 +104,9 @@ void VxJumbPacketDlg::onButtonClicked(int nIndex)
         cOnButtonClicked(nIndex);
         return;
     }
-    const VxRepairStatus status = VxDialogProbes::runRepair([this] {
-        VxOperateRunner runner(false, kItemId, this, tr("Enabling jumbo frame..."), {{kItemId, pItem}});
-        runner.run();
-    });
+    VxOperateRunner runner(false, kItemId, this, tr("Enabling jumbo frame..."), {{kItemId, pItem}});
+    runner.run();
+    const VxRepairStatus status = runner.outcome(kItemId).status;
     fillTable();
     cResetCustomButtonNames({buttonText()});
     if (status != VxRepairStatus::Done && !pItem->bNormal)
@@ -124,6 +123,7 @@ QString VxJumbPacketDlg::repairFailureText(VxRepairStatus status) const
     case VxRepairStatus::Refused:
         return tr("Jumbo frames were not enabled: the repair helper refused the setting.");
     case VxRepairStatus::Failed:
+    case VxRepairStatus::NotFound:
     case VxRepairStatus::Done:
         break;
     }

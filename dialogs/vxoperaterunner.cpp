@@ -1,5 +1,7 @@
 #include "vxoperaterunner.h"
 
+#include "vxitemregistry.h"
+
 #include "cdetectinfo.h"
 #include "customloadingdialog.h"
 #include "vxdialogprobes.h"
@@ -21,16 +23,10 @@ VxOperateRunner::VxOperateRunner(bool bDetecting, int nItem, QWidget *pParentWid
 
 bool VxOperateRunner::recordFits(int nId, const CDetectInfo *pInfo)
 {
-    switch (nId) {
-    case 1: return dynamic_cast<const CSDKPathDetectInfo *>(pInfo) != nullptr;
-    case 2: return dynamic_cast<const CEnvDetectInfo *>(pInfo) != nullptr;
-    case 32: return dynamic_cast<const CUSBControllerDriverInfo *>(pInfo) != nullptr;
-    case 128: return dynamic_cast<const CNetworkSpeedDetectInfo *>(pInfo) != nullptr;
-    case 256: return dynamic_cast<const CJumboPacketDetectInfo *>(pInfo) != nullptr;
-    case 512: return dynamic_cast<const CUsbBasicDetectInfo *>(pInfo) != nullptr;
-    case 2048: return dynamic_cast<const CSystemDetectInfo *>(pInfo) != nullptr;
-    default: return pInfo != nullptr;
-    }
+    if (!pInfo)
+        return false;
+    const VxItemRow *pRow = VxItemRegistry::row(quint32(nId));
+    return !pRow || !pRow->fits || pRow->fits(*pInfo);
 }
 
 void VxOperateRunner::run()
@@ -81,6 +77,8 @@ void VxOperateRunner::run()
         if (!mapHanded.contains(it.key()) && !mapItems.contains(it.key()))
             mapItems.insert(it.key(), it.value());
     }
+    for (int nItem : mapHanded.keys())
+        mapOutcomes.insert(nItem, pThread->repairOutcome(nItem));
     pThread->releaseRecords();
     pThread->deleteLater();
 

@@ -3,6 +3,8 @@
 #include <QMap>
 #include <QString>
 
+#include "vxrepair.h"
+
 class CDetectInfo;
 class QWidget;
 
@@ -38,10 +40,14 @@ public:
 
     // After run(): the records of the pass (see above).
     const QMap<int, CDetectInfo *> &items() const { return mapItems; }
+    // After a repair run: how the repair of an item ended (Done when it
+    // made its change or did not run).
+    VxRepairOutcome outcome(int nItem) const { return mapOutcomes.value(nItem); }
 
     bool bIsDetecting = true;
     int nItemType = 0;
     QWidget *pParent = nullptr;
     QString strLoadingText;
     QMap<int, CDetectInfo *> mapItems;
+    QMap<int, VxRepairOutcome> mapOutcomes;
 };

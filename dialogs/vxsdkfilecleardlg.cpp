@@ -6,6 +6,7 @@
 #include "customtablewidget.h"
 #include "customtitlebar.h"
 #include "vxdialogprobes.h"
+#include "vxitemid.h"
 #include "vxplatformtexts.h"
 #include "vxtipswidget.h"
 
@@ -134,10 +135,8 @@ void VxSDKFileClearDlg::onClearRowClicked()
     single.nItem = pItem->nItem;
     single.foundFiles.insert(strFile, {strDir});
     const VxProbeTable probes = VxDialogProbes::table();
-    const VxRepairStatus status = VxDialogProbes::runRepair([&probes, &single] {
-        if (probes.sdkFileClear)
-            probes.sdkFileClear(single);
-    });
+    const auto &clear = probes.probes(VxItems::SdkFiles).repair;
+    const VxRepairStatus status = clear ? clear(single).status : VxRepairStatus::Done;
     // The row goes whatever the removal achieved, unless the rights for it
     // were missing: then the copy is still there and stays listed.
     if (status != VxRepairStatus::Done && fileExists(strDir, strFile)) {
@@ -155,10 +154,8 @@ void VxSDKFileClearDlg::onClearAllClicked(int nIndex)
     }
     const QMap<QString, QStringList> mapBefore = pItem->foundFiles;
     const VxProbeTable probes = VxDialogProbes::table();
-    const VxRepairStatus status = VxDialogProbes::runRepair([this, &probes] {
-        if (probes.sdkFileClear)
-            probes.sdkFileClear(*pItem);
-    });
+    const auto &clear = probes.probes(VxItems::SdkFiles).repair;
+    const VxRepairStatus status = clear ? clear(*pItem).status : VxRepairStatus::Done;
     if (status != VxRepairStatus::Done) {
         // Without the rights some copies are still there: they stay listed
         // and the item stays exceptional.
@@ -204,6 +201,7 @@ QString VxSDKFileClearDlg::repairFailureText(VxRepairStatus status) const
     case VxRepairStatus::Refused:
         return tr("The SDK files were not cleared: the repair helper refused to delete them.");
     case VxRepairStatus::Failed:
+    case VxRepairStatus::NotFound:
     case VxRepairStatus::Done:
         break;
     }

@@ -1,5 +1,6 @@
 #include "vxoperatethread.h"
 
+#include "vxitemregistry.h"
 #include "vxitems.h"
 #include "vxrepair.h"
 
@@ -95,27 +96,28 @@ VxOperateThread::VxOperateThread(const VxProbeTable &table, QObject *pParent)
 {
     qRegisterMetaType<CDetectInfo *>("CDetectInfo*");
     connect(this, &VxOperateThread::sigWarning, this, &VxOperateThread::onWarning);
-    m_table.gigeDriverInstall = notingMissingInstaller(m_table.gigeDriverInstall, m_table.gigeInstallerPath);
-    m_table.usb3DriverInstall = notingMissingInstaller(m_table.usb3DriverInstall, m_table.usb3InstallerPath);
+    for (VxItemProbes &probes : m_table.items)
+        probes.install = notingMissingInstaller(probes.install, probes.installerPath);
 }
 
 // An install that finds no installer is followed by the "File doesn't
 // exist." warning; the installer's path is noted here so the warning can
 // name it.
-std::function<bool()> VxOperateThread::notingMissingInstaller(std::function<bool()> install,
-                                                            std::function<QString()> installerPath)
+std::function<VxRepairOutcome()> VxOperateThread::notingMissingInstaller(std::function<VxRepairOutcome()> install,
+                                                                       std::function<QString()> installerPath)
 {
     if (!install || !installerPath)
         return install;
     return [this, install, installerPath] {
-        if (install())
-            return true;
+        const VxRepairOutcome outcome = install();
+        if (outcome.ok())
+            return outcome;
         const QString strPath = installerPath();
         if (!strPath.isEmpty() && !QFileInfo(strPath).isFile()) {
             MutexLocker locker(&m_missingMutex);
             m_listMissingInstallers << strPath;
         }
-        return false;
+        return outcome;
     };
 }
 
@@ -265,6 +267,18 @@ CDetectInfo *VxOperateThread::detectInfo(int nItem)
     return pInfo;
 }
 
+VxRepairOutcome VxOperateThread::repairOutcome(int nItem) const
+{
+    MutexLocker locker(&m_recordsMutex);
+    return m_mapOutcomes.value(nItem);
+}
+
+void VxOperateThread::noteOutcome(int nItem, const VxRepairOutcome &outcome)
+{
+    MutexLocker locker(&m_recordsMutex);
+    m_mapOutcomes.insert(nItem, outcome);
+}
+
 QMap<int, CDetectInfo *> VxOperateThread::allRecords() const
 {
     MutexLocker locker(&m_recordsMutex);
@@ -382,9 +396,37 @@ bool VxOperateThread::maskHas(bool bDetect, int nItem)
     return ((bDetect ? detectMask : optimizeMask) & quint32(nItem)) != 0;
 }
 
+namespace {
+// The running detection pass as the rows' own detection steps see it.
+class ThreadPass : public VxDetectPass
+{
+public:
+    ThreadPass(std::function<CDetectInfo *(quint32)> record, const VxProbeTable &table,
+               std::function<void(CDetectInfo *)> destroyTree)
+        : m_record(std::move(record))
+        , m_table(table)
+        , m_destroyTree(std::move(destroyTree))
+    {
+    }
+    CDetectInfo *record(quint32 nItem) override { return m_record(nItem); }
+    void check(CDetectInfo &info) override
+    {
+        if (const auto &check = m_table.probes(quint32(info.nItem)).check)
+            check(info);
+    }
+    void destroyTree(CDetectInfo *pInfo) override { m_destroyTree(pInfo); }
+
+private:
+    std::function<CDetectInfo *(quint32)> m_record;
+    const VxProbeTable &m_table;
+    std::function<void(CDetectInfo *)> m_destroyTree;
+};
+} // namespace
+
 void VxOperateThread::detectPass()
 {
-    bool bTreeHandedBack = false;
+    ThreadPass pass([this](quint32 nItem) { return detectInfo(int(nItem)); }, m_table,
+                    [this](CDetectInfo *pInfo) { destroyUsbTree(pInfo); });
     for (int nItem : VxItems::detectOrder()) {
         if (!maskHas(true, nItem) || !m_table.canDetect(nItem))
             continue;
@@ -393,7 +435,11 @@ void VxOperateThread::detectPass()
         CDetectInfo *pInfo = detectInfo(nItem);
         pInfo->nRepairStatus = 0;
         emit sigStartDetectItem(pInfo);
-        detectItem(pInfo, bTreeHandedBack);
+        const VxItemRow *pRow = VxItemRegistry::row(quint32(nItem));
+        if (pRow && pRow->detect)
+            pRow->detect(pass, *pInfo);
+        else
+            pass.check(*pInfo);
         if (!stopRequested()) {
             emit sigEndDetectItem(pInfo);
             clearCurrentBit(pInfo->nItem);
@@ -412,59 +458,6 @@ void VxOperateThread::destroyUsbTree(CDetectInfo *pInfo)
     pUsb->pRootItem = nullptr;
 }
 
-void VxOperateThread::detectItem(CDetectInfo *pInfo, bool &bTreeHandedBack)
-{
-    switch (pInfo->nItem) {
-    case VxItems::SdkFiles:
-        m_table.sdkFileCheck(*static_cast<CSDKPathDetectInfo *>(pInfo));
-        break;
-    case VxItems::EnvVariables:
-        m_table.envCheck(*static_cast<CEnvDetectInfo *>(pInfo));
-        break;
-    case VxItems::GigeDriver:
-        m_table.gigeDriverCheck(*pInfo);
-        break;
-    case VxItems::Usb3Driver:
-        m_table.usb3DriverCheck(*pInfo);
-        break;
-    case VxItems::UsbControllerDriver: {
-        // The controller-driver probe builds the USB tree as a side effect;
-        // the USB tree item takes it over instead of building its own.
-        auto *pUsb = static_cast<CUsbBasicDetectInfo *>(detectInfo(VxItems::UsbControllerInfo));
-        destroyUsbTree(pUsb);
-        UsbRootItem *pRoot = nullptr;
-        m_table.usbDriverCheck(*static_cast<CUSBControllerDriverInfo *>(pInfo), &pRoot);
-        pUsb->pRootItem = pRoot;
-        bTreeHandedBack = pRoot != nullptr;
-        break;
-    }
-    case VxItems::UsbControllerInfo: {
-        auto *pUsb = static_cast<CUsbBasicDetectInfo *>(pInfo);
-        if (bTreeHandedBack) {
-            pUsb->bNormal = 1;
-        } else {
-            destroyUsbTree(pUsb);
-            m_table.usbTreeCheck(*pUsb);
-        }
-        break;
-    }
-    case VxItems::Firewall:
-        m_table.firewallCheck(*pInfo);
-        break;
-    case VxItems::JumboFrame:
-        m_table.jumboCheck(*static_cast<CJumboPacketDetectInfo *>(pInfo));
-        break;
-    case VxItems::LineRate:
-        m_table.lineRateCheck(*static_cast<CNetworkSpeedDetectInfo *>(pInfo));
-        break;
-    case VxItems::SystemInfo:
-        m_table.systemInfoCheck(*static_cast<CSystemDetectInfo *>(pInfo));
-        break;
-    default:
-        break;
-    }
-}
-
 void VxOperateThread::optimizePass()
 {
     for (int nItem : VxItems::optimizeOrder()) {
@@ -481,44 +474,26 @@ void VxOperateThread::optimizePass()
 
 void VxOperateThread::optimizeItem(CDetectInfo *pInfo)
 {
-    // The repairs report how their privileged step went here.
-    VxPrivileged::setLastStatus(VxRepairStatus::Done);
-    switch (pInfo->nItem) {
-    case VxItems::SdkFiles: {
-        auto &sdk = *static_cast<CSDKPathDetectInfo *>(pInfo);
-        m_table.sdkFileClear(sdk);
-        // The clear marks the item normal whatever it removed; where a failed
-        // removal must show, a fresh check finds the files still on disk.
-        if (repairFailedVisibly() && m_table.sdkFileCheck)
-            m_table.sdkFileCheck(sdk);
-        break;
-    }
-    case VxItems::EnvVariables: {
-        auto &env = *static_cast<CEnvDetectInfo *>(pInfo);
-        m_table.envRepair(env);
-        m_table.envCheck(env);
-        break;
-    }
-    case VxItems::GigeDriver:
-        installAndPoll(pInfo, m_table.gigeDriverInstall, m_table.gigeDriverCheck);
-        return; // signals and mask handled there
-    case VxItems::Usb3Driver:
-        installAndPoll(pInfo, m_table.usb3DriverInstall, m_table.usb3DriverCheck);
+    const VxItemRow *pRow = VxItemRegistry::row(quint32(pInfo->nItem));
+    const VxItemProbes probes = m_table.probes(quint32(pInfo->nItem));
+    if (!pRow)
         return;
-    case VxItems::JumboFrame:
-        m_table.jumboRepair(*static_cast<CJumboPacketDetectInfo *>(pInfo));
-        break;
-    default:
-        break;
+    if (pRow->repair == VxRepairKind::Install) {
+        installAndPoll(pInfo, probes.install, probes.check);
+        return; // signals and mask handled there
     }
+    const VxRepairOutcome outcome = probes.repair ? probes.repair(*pInfo) : VxRepairOutcome();
+    noteOutcome(pInfo->nItem, outcome);
+    if (!outcome.ok())
+        qCWarning(lcVxRepair).noquote() << "repair of item" << pInfo->nItem << "did not happen:" << outcome.strReason;
+    const bool bFailedVisibly = !outcome.ok() && VxPrivileged::failedRepairStaysExceptional();
+    const bool bRecheck =
+        pRow->recheck == VxRecheck::Always || (pRow->recheck == VxRecheck::AfterFailedStep && bFailedVisibly);
+    if (bRecheck && probes.check)
+        probes.check(*pInfo);
     // An item still exceptional after a failed repair keeps the reason.
-    const bool bFailed = repairFailedVisibly() && pInfo->bNormal == 0;
-    pInfo->nRepairStatus = bFailed ? int(VxPrivileged::lastStatus()) : 0;
+    const bool bFailed = bFailedVisibly && pInfo->bNormal == 0;
+    pInfo->nRepairStatus = bFailed ? int(outcome.status) : 0;
     emit sigEndOptimizeItem(pInfo);
     clearCurrentBit(pInfo->nItem);
-}
-
-bool VxOperateThread::repairFailedVisibly()
-{
-    return VxPrivileged::lastStatus() != VxRepairStatus::Done && VxPrivileged::failedRepairStaysExceptional();
 }

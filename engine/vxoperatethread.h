@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cdetectinfo.h"
+#include "vxitems.h"
 #include "vxprobetable.h"
 
 #include <QMap>
@@ -63,6 +64,10 @@ public:
     void setRecords(const QMap<int, CDetectInfo *> &mapRecords);
     void releaseRecords();
 
+    // How the last repair (or install) of an item in this thread ended;
+    // Done for an item that had none.
+    VxRepairOutcome repairOutcome(int nItem) const;
+
     quint32 pendingDetectMask();
     quint32 pendingOptimizeMask();
     bool isDetectMode();
@@ -73,8 +78,8 @@ public:
     void setItemPause(int nMs) { m_nStartInterval = nMs; }
     void setClock(Clock clock);
 
-    // The warning for a driver install that did not start, by the
-    // VxRepairStatus the install left behind (Done: no installer found).
+    // The warning for a driver install that did not start, by the status of
+    // its outcome (NotFound: no installer).
     static QString installFailureText(int nStatus);
 
 public slots:
@@ -105,16 +110,13 @@ private:
     bool maskHas(bool bDetect, int nItem);
     void detectPass();
     void optimizePass();
-    void detectItem(CDetectInfo *pInfo, bool &bTreeHandedBack);
     void optimizeItem(CDetectInfo *pInfo);
-    // The last repair's privileged step did not happen, and on this platform
-    // that leaves its item exceptional.
-    static bool repairFailedVisibly();
-    void installAndPoll(CDetectInfo *pInfo, const std::function<bool()> &install,
+    void noteOutcome(int nItem, const VxRepairOutcome &outcome);
+    void installAndPoll(CDetectInfo *pInfo, const std::function<VxRepairOutcome()> &install,
                         const std::function<void(CDetectInfo &)> &check);
     void destroyUsbTree(CDetectInfo *pInfo);
-    std::function<bool()> notingMissingInstaller(std::function<bool()> install,
-                                                 std::function<QString()> installerPath);
+    std::function<VxRepairOutcome()> notingMissingInstaller(std::function<VxRepairOutcome()> install,
+                                                            std::function<QString()> installerPath);
 
     std::atomic<bool> bForceStopped{false};
     bool bIsDetecting = true;
@@ -124,6 +126,7 @@ private:
     quint32 detectMask = 0;
     quint32 optimizeMask = 0;
     QMap<int, CDetectInfo *> records;
+    QMap<int, VxRepairOutcome> m_mapOutcomes; // guarded by m_recordsMutex
 
     mutable QMutex m_recordsMutex; // the map is reached from the worker and the GUI
     // Installers found missing by the worker, oldest first; the warning

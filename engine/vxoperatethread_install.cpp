@@ -15,19 +15,22 @@ QString VxOperateThread::installFailureText(int nStatus)
     case VxRepairStatus::Failed:
         return tr("The driver was not installed: the installer could not be started.");
     case VxRepairStatus::Done:
+    case VxRepairStatus::NotFound:
         break;
     }
     return tr("File doesn't exist.");
 }
 
-void VxOperateThread::installAndPoll(CDetectInfo *pInfo, const std::function<bool()> &install,
+void VxOperateThread::installAndPoll(CDetectInfo *pInfo, const std::function<VxRepairOutcome()> &install,
                                      const std::function<void(CDetectInfo &)> &check)
 {
-    if (!install()) {
+    const VxRepairOutcome outcome = install();
+    noteOutcome(pInfo->nItem, outcome);
+    if (!outcome.ok()) {
         // Nothing was started, so there is nothing to wait for: say why now.
         pInfo->bNormal = 0;
         emit sigEndOptimizeItem(pInfo);
-        emit sigWarning(installFailureText(int(VxPrivileged::lastStatus())));
+        emit sigWarning(installFailureText(int(outcome.status)));
         return;
     }
     // The installer runs detached; poll the status until the driver shows up

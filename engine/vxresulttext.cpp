@@ -1,8 +1,8 @@
 #include "vxresulttext.h"
 
 #include "cdetectinfo.h"
-#include "usbprobe.h"
 #include "luinterface.h"
+#include "vxitemregistry.h"
 #include "vxitems.h"
 #include "vxrepair.h"
 
@@ -14,16 +14,6 @@
 namespace VxResultText {
 
 namespace {
-void appendDirectoryLines(QStringList &lines, const QMap<QString, QStringList> &mapFound)
-{
-    for (auto it = mapFound.cbegin(); it != mapFound.cend(); ++it) {
-        for (const QString &strDir : it.value()) {
-            if (!strDir.isEmpty())
-                lines << QStringLiteral("    ") + strDir + QLatin1Char('/') + it.key();
-        }
-    }
-}
-
 // Why an item's repair did not happen, for an item it left exceptional.
 QString repairFailureLine(int nStatus)
 {
@@ -35,117 +25,20 @@ QString repairFailureLine(int nStatus)
     case VxRepairStatus::Refused:
         return QCoreApplication::translate("VxOneKeyResult", "Not repaired: the change was not accepted.");
     case VxRepairStatus::Failed:
+    case VxRepairStatus::NotFound:
         return QCoreApplication::translate("VxOneKeyResult", "Not repaired: the change could not be made.");
     case VxRepairStatus::Done:
         break;
     }
     return QString();
 }
-
-QString rateText(int nMbps)
-{
-    if (nMbps < 0)
-        return QCoreApplication::translate("VxOneKeyResult", "Unknown");
-    return QString::number(nMbps / 1000.0, 'f', 2) + QStringLiteral("Gbps");
-}
 } // namespace
 
 QStringList itemLines(const CDetectInfo &info)
 {
-    QStringList lines;
+    const VxItemRow *pRow = VxItemRegistry::row(quint32(info.nItem));
+    QStringList lines = pRow && pRow->lines ? pRow->lines(info) : QStringList();
     const bool bNormal = info.bNormal != 0;
-    switch (info.nItem) {
-    case VxItems::SdkFiles: {
-        lines << (bNormal ? QCoreApplication::translate("VxOneKeyResult", " No other SDK files were found")
-                          : QCoreApplication::translate("VxOneKeyResult", "The Other SDK Files :"));
-        if (auto *pSdk = dynamic_cast<const CSDKPathDetectInfo *>(&info))
-            appendDirectoryLines(lines, pSdk->foundFiles);
-        break;
-    }
-    case VxItems::EnvVariables: {
-        auto *pEnv = dynamic_cast<const CEnvDetectInfo *>(&info);
-        const bool bPending = pEnv && !pEnv->pendingValues.isEmpty();
-        if (!bNormal)
-            lines << QCoreApplication::translate("VxOneKeyResult", "The following environment variables are exceptional:");
-        else if (!bPending)
-            lines << QCoreApplication::translate("VxOneKeyResult", "Environment Variables are correct");
-        if (pEnv) {
-            for (auto it = pEnv->missingValues.cbegin(); it != pEnv->missingValues.cend(); ++it) {
-                for (const QString &strValue : it.value()) {
-                    if (!strValue.isEmpty())
-                        lines << QStringLiteral("    ") + it.key() + QLatin1Char('=') + strValue;
-                }
-            }
-        }
-        // Set machine-wide by an earlier repair, not yet seen by this login.
-        if (bPending) {
-            lines << QCoreApplication::translate(
-                "VxOneKeyResult", "The following environment variables are set and take effect at the next login:");
-            for (auto it = pEnv->pendingValues.cbegin(); it != pEnv->pendingValues.cend(); ++it)
-                lines << QStringLiteral("    ") + it.key() + QLatin1Char('=') + it.value();
-        }
-        break;
-    }
-    case VxItems::GigeDriver:
-        lines << (bNormal ? QCoreApplication::translate("VxOneKeyResult", "GigE driver is installed.")
-                          : QCoreApplication::translate("VxOneKeyResult", " GigE driver is not installed."));
-        break;
-    case VxItems::Usb3Driver:
-        lines << (bNormal ? QCoreApplication::translate("VxOneKeyResult", "USB driver is installed.")
-                          : QCoreApplication::translate("VxOneKeyResult", " USB driver is not installed."));
-        break;
-    case VxItems::UsbControllerDriver:
-        if (auto *pDrv = dynamic_cast<const CUSBControllerDriverInfo *>(&info); pDrv && pDrv->nControllers == 0) {
-            lines << QCoreApplication::translate("VxOneKeyResult", "No USB host controller was found.");
-        } else if (pDrv) {
-            lines << QCoreApplication::translate("VxOneKeyResult", "Name     : ") + pDrv->driverDesc
-                  << QCoreApplication::translate("VxOneKeyResult", "Provider : ") + pDrv->providerName
-                  << QCoreApplication::translate("VxOneKeyResult", "Date     : ") + pDrv->driverDate
-                  << QCoreApplication::translate("VxOneKeyResult", "Version  : ") + pDrv->driverVersion;
-        }
-        break;
-    case VxItems::LineRate:
-        if (auto *pNet = dynamic_cast<const CNetworkSpeedDetectInfo *>(&info)) {
-            for (auto it = pNet->adapterSpeeds.cbegin(); it != pNet->adapterSpeeds.cend(); ++it)
-                lines << it.key() + QStringLiteral(" : ") + rateText(it.value());
-        }
-        break;
-    case VxItems::JumboFrame:
-        if (auto *pJumbo = dynamic_cast<const CJumboPacketDetectInfo *>(&info)) {
-            for (auto it = pJumbo->jumboStates.cbegin(); it != pJumbo->jumboStates.cend(); ++it) {
-                const QString strState = it.value() == 1
-                    ? QCoreApplication::translate("VxOneKeyResult", "The Jumbo Packet is enabled(value = %1)")
-                          .arg(pJumbo->jumboValues.value(it.key()))
-                    : QCoreApplication::translate("VxOneKeyResult", "The Jumbo Packet isn't enabled");
-                lines << it.key() + QStringLiteral(" : ") + strState;
-            }
-        }
-        break;
-    case VxItems::UsbControllerInfo:
-        if (auto *pUsb = dynamic_cast<const CUsbBasicDetectInfo *>(&info)) {
-            lines << VxUsbProbe::treeReportLines(pUsb->pRootItem);
-            if (VxUsbProbe::controllerCount(pUsb->pRootItem) == 0)
-                lines << QCoreApplication::translate("VxOneKeyResult", "No USB host controller was found.");
-        }
-        break;
-    case VxItems::Firewall:
-        lines << (bNormal ? QCoreApplication::translate("VxOneKeyResult", "The firewall hasn't been opened")
-                          : QCoreApplication::translate("VxOneKeyResult", "The firewall has been opened"));
-        break;
-    case VxItems::SystemInfo:
-        if (auto *pSys = dynamic_cast<const CSystemDetectInfo *>(&info)) {
-            lines << QCoreApplication::translate("VxOneKeyResult", "CPU               : ") + pSys->cpu
-                  << QCoreApplication::translate("VxOneKeyResult", "CPU Core Number   : ") + pSys->cpuCount
-                  << QCoreApplication::translate("VxOneKeyResult", "Available Memory  : ") + pSys->availableMemory
-                  << QCoreApplication::translate("VxOneKeyResult", "Endianess         : ") + pSys->byteOrder
-                  << QCoreApplication::translate("VxOneKeyResult", "Operating System  : ") + pSys->operatingSystem
-                  << QCoreApplication::translate("VxOneKeyResult", "Graphic Chipset   : ") + pSys->graphicsChips
-                  << QCoreApplication::translate("VxOneKeyResult", "Screen Resolution : ") + pSys->resolution;
-        }
-        break;
-    default:
-        break;
-    }
     if (!bNormal && info.nRepairStatus != 0) {
         const QString strWhy = repairFailureLine(info.nRepairStatus);
         if (!strWhy.isEmpty())

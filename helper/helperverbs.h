@@ -1,5 +1,7 @@
 #pragma once
 
+#include "vxrepair.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -13,7 +15,11 @@
 //   run-installer gige|usb3              start the SDK's driver install script
 namespace HelperVerbs {
 
-enum Exit { ExitDone = 0, ExitFailed = 1, ExitRefused = 2 };
+// The exit codes the program maps back to a repair status.
+using Exit = VxPrivileged::HelperExit;
+using VxPrivileged::ExitDone;
+using VxPrivileged::ExitFailed;
+using VxPrivileged::ExitRefused;
 
 // Checks a command line (verb first). On refusal *pReason says why.
 bool validate(const QStringList &listArgs, QString *pReason = nullptr);

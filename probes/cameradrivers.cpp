@@ -58,13 +58,12 @@ void paceRepeatedCheck(std::atomic<qint64> &lastCallMs)
 std::atomic<qint64> g_lastGige{0};
 std::atomic<qint64> g_lastUsb3{0};
 
-bool startIfFound(const QString &strScript)
+VxRepairOutcome startIfFound(const QString &strScript, const VxPrivileges &rights)
 {
-    VxPrivileged::setLastStatus(VxRepairStatus::Done);
     const QFileInfo script(strScript);
     if (!script.isFile() || !script.isReadable())
-        return false;
-    return startInstaller(strScript);
+        return VxRepairOutcome(VxRepairStatus::NotFound, strScript);
+    return startInstaller(strScript, rights);
 }
 
 } // namespace
@@ -99,14 +98,14 @@ void gigeCheck(CDetectInfo &info)
     info.bNormal = uResult == GevFilter::kOk ? 1 : 0;
 }
 
-bool installGige()
+VxRepairOutcome installGige(const VxPrivileges &rights)
 {
-    return startIfFound(gigeInstallScript());
+    return startIfFound(gigeInstallScript(), rights);
 }
 
-bool installUsb3()
+VxRepairOutcome installUsb3(const VxPrivileges &rights)
 {
-    return startIfFound(usb3InstallScript());
+    return startIfFound(usb3InstallScript(), rights);
 }
 
 } // namespace CameraDrivers

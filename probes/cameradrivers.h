@@ -33,14 +33,13 @@ void pacedUsb3Check(CDetectInfo &info);
 // ones, null restores the real ones.
 void setPollTiming(std::function<qint64()> now, std::function<void(int)> sleep);
 
-// Starts the installer without waiting; true when it was found (an existing,
-// readable regular file) and started. When false, VxPrivileged::lastStatus()
-// tells why: Done when there was no installer, else how the start failed.
-bool installGige();
-bool installUsb3();
+// Starts the installer without waiting: Done when it was found (an
+// existing, readable regular file) and started, NotFound when there was no
+// installer, else how the start failed.
+VxRepairOutcome installGige(const VxPrivileges &rights = VxPrivileges::system());
+VxRepairOutcome installUsb3(const VxPrivileges &rights = VxPrivileges::system());
 
-// Starts a found installer (through vetrix-helper when not root); false, with
-// the reason in VxPrivileged::lastStatus(), when it could not be started.
-bool startInstaller(const QString &strScript);
+// Starts a found installer (through vetrix-helper when not root).
+VxRepairOutcome startInstaller(const QString &strScript, const VxPrivileges &rights = VxPrivileges::system());
 
 } // namespace CameraDrivers

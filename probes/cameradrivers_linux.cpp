@@ -46,23 +46,22 @@ void usb3Check(CDetectInfo &info)
 // vetrix-helper under pkexec validates the request, starts the script and
 // ends at once, so its exit status tells whether the rights were granted and
 // the script started.
-bool startInstaller(const QString &strScript)
+VxRepairOutcome startInstaller(const QString &strScript, const VxPrivileges &rights)
 {
     VxRepairStatus status;
-    if (VxPrivileged::isRoot()) {
+    if (rights.isRoot()) {
         const QString strFolder = QFileInfo(strScript).absolutePath();
         status = QProcess::startDetached(QStringLiteral("/bin/sh"), {strScript}, strFolder) ? VxRepairStatus::Done
                                                                                               : VxRepairStatus::Failed;
     } else {
         const QString strKind = strScript == gigeInstallScript() ? QStringLiteral("gige") : QStringLiteral("usb3");
-        status = VxPrivileged::runHelper(QStringLiteral("run-installer"), {strKind});
+        status = rights.runHelper(QStringLiteral("run-installer"), {strKind});
     }
     if (status == VxRepairStatus::Done)
         qCInfo(lcVxRepair).noquote() << "started driver installer" << strScript;
     else
         qCWarning(lcVxRepair).noquote() << "driver installer not started" << strScript << "status" << int(status);
-    VxPrivileged::setLastStatus(status);
-    return status == VxRepairStatus::Done;
+    return VxRepairOutcome(status, strScript);
 }
 
 } // namespace CameraDrivers

@@ -152,14 +152,13 @@ void usb3Check(CDetectInfo &info)
 }
 
 // The script runs hidden; ShellExecuteW's answer is not examined.
-bool startInstaller(const QString &strScript)
+VxRepairOutcome startInstaller(const QString &strScript, const VxPrivileges &)
 {
     wchar_t path[256] = {};
     strScript.left(255).toWCharArray(path);
     ShellExecuteW(nullptr, L"open", path, nullptr, nullptr, SW_HIDE);
     qCInfo(lcVxRepair).noquote() << "started driver installer" << strScript;
-    VxPrivileged::setLastStatus(VxRepairStatus::Done);
-    return true;
+    return VxRepairOutcome();
 }
 
 } // namespace CameraDrivers

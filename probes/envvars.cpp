@@ -189,7 +189,7 @@ QList<QPair<QString, QString>> plannedWrites(const CEnvDetectInfo &info)
     return listWrites;
 }
 
-VxRepairStatus repair(CEnvDetectInfo &info)
+VxRepairOutcome repair(CEnvDetectInfo &info, const VxPrivileges &rights)
 {
     const QList<QPair<QString, QString>> listWrites = plannedWrites(info);
     VxRepairStatus status = VxRepairStatus::Done;
@@ -197,23 +197,21 @@ VxRepairStatus repair(CEnvDetectInfo &info)
     if (!listWrites.isEmpty()) {
         // Another system root is written with this user's own rights: the
         // helper acts on the running machine only.
-        if (VxPrivileged::isRoot() || !LuInterface::isLiveRoot()) {
+        if (rights.isRoot() || !LuInterface::isLiveRoot()) {
             status = writeMachineEnvironment(listWrites, &listWritten) ? VxRepairStatus::Done : VxRepairStatus::Failed;
         } else {
             QStringList listArgs;
             for (const auto &write : listWrites)
                 listArgs << write.first << write.second;
-            status = VxPrivileged::runHelper(QStringLiteral("set-env"), listArgs);
+            status = rights.runHelper(QStringLiteral("set-env"), listArgs);
             if (status == VxRepairStatus::Done) {
                 for (const auto &write : listWrites)
                     listWritten << write.first;
             }
         }
     }
-    if (status != VxRepairStatus::Done) {
-        VxPrivileged::setLastStatus(status);
-        return status; // nothing written: the item stays exceptional
-    }
+    if (status != VxRepairStatus::Done) // nothing written: the item stays exceptional
+        return VxRepairOutcome(status, QStringLiteral("writing the machine environment"));
     // Only what the machine environment took goes into this process (its own
     // value with the parts it lacked in front), so a new check here passes for
     // those and still finds a value that could not be written.
@@ -229,11 +227,9 @@ VxRepairStatus repair(CEnvDetectInfo &info)
     if (bAllWritten) {
         info.bNormal = 1;
         info.missingValues.clear();
-    } else {
-        status = VxRepairStatus::Failed;
+        return VxRepairOutcome();
     }
-    VxPrivileged::setLastStatus(status);
-    return status;
+    return VxRepairOutcome::failed(QStringLiteral("some variables were not written"));
 }
 
 } // namespace EnvVars

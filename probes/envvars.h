@@ -59,7 +59,7 @@ QList<QPair<QString, QString>> plannedWrites(const CEnvDetectInfo &info);
 // process: when nothing can be written nothing changes, and when single
 // values fail they stay queued, the item stays exceptional and the status
 // is Failed.
-VxRepairStatus repair(CEnvDetectInfo &info);
+VxRepairOutcome repair(CEnvDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
 
 // The platform write of the machine-wide environment (root only). False
 // when nothing could be written; otherwise pWritten receives the names of

@@ -21,9 +21,9 @@ void check(CJumboPacketDetectInfo &info)
         info.bNormal = 0;
 }
 
-VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable)
+VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable, const VxPrivileges &rights)
 {
-    return NetAdapters::setJumbo(strDriverKey, bEnable);
+    return NetAdapters::setJumbo(strDriverKey, bEnable, rights);
 }
 
 void restartAdapters()
@@ -31,14 +31,14 @@ void restartAdapters()
     NetAdapters::restartAdapters(NetAdapters::adapterList());
 }
 
-VxRepairStatus repair(CJumboPacketDetectInfo &info)
+VxRepairOutcome repair(CJumboPacketDetectInfo &info, const VxPrivileges &rights)
 {
     VxRepairStatus result = VxRepairStatus::Done;
     const QList<CNetAdapter> listBefore = NetAdapters::adapterList();
     for (const CNetAdapter &adapter : listBefore) {
         if (adapter.jumboState != 0)
             continue;
-        const VxRepairStatus status = setJumbo(adapter.driverKey, true);
+        const VxRepairStatus status = setJumbo(adapter.driverKey, true, rights);
         if (status != VxRepairStatus::Done && result == VxRepairStatus::Done)
             result = status;
     }
@@ -47,8 +47,9 @@ VxRepairStatus repair(CJumboPacketDetectInfo &info)
     const QList<CNetAdapter> listAfter = NetAdapters::adapterList();
     NetAdapters::restartAdapters(listBefore);
     NetAdapters::adapterList() = listAfter;
-    VxPrivileged::setLastStatus(result);
-    return result;
+    if (result != VxRepairStatus::Done)
+        return VxRepairOutcome(result, QStringLiteral("enabling jumbo frames"));
+    return VxRepairOutcome();
 }
 
 } // namespace JumboFrame

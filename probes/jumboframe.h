@@ -17,7 +17,7 @@ void check(CJumboPacketDetectInfo &info);
 
 // Switches one adapter's jumbo frames on (the largest MTU its driver
 // offers) or off (the standard 1500 bytes). The MTU applies at once.
-VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable);
+VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable, const VxPrivileges &rights = VxPrivileges::system());
 
 // Restarts the adapters that are off in the current adapter list so that a
 // new setting applies (nothing to do on Linux, where an MTU applies at once).
@@ -25,6 +25,6 @@ void restartAdapters();
 
 // The item's repair: enables jumbo frames on exactly the adapters that were
 // off, then checks again. Returns the first failure, or Done.
-VxRepairStatus repair(CJumboPacketDetectInfo &info);
+VxRepairOutcome repair(CJumboPacketDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
 
 } // namespace JumboFrame

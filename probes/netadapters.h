@@ -44,7 +44,7 @@ QMap<QString, QString> &jumboValueNames();
 void buildAdapterList();
 // Switches an adapter's jumbo frames on (the largest setting its driver
 // offers) or off (the smallest / the standard frame).
-VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable);
+VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable, const VxPrivileges &rights = VxPrivileges::system());
 // Restarts the adapters that are off in listKept so a new setting applies
 // (Windows: disable and enable the PCI adapters; Linux: nothing, an MTU
 // applies at once).
@@ -72,9 +72,8 @@ bool linksReadable();
 void setLinkReader(std::function<QList<CLinkFacts>()> reader);
 
 // Whether an interface is a physical adapter: it has a device behind it and
-// is not a virtual one. $VETRIX_PHYSICAL_IFACES (comma-separated names) makes
-// the named interfaces count as physical too, so namespace tests can use
-// veth pairs; setPhysicalTest() replaces the test entirely.
+// is not a virtual one. setPhysicalTest() replaces the test (namespace tests
+// let their veth pairs count as physical).
 bool isPhysical(const QString &strName);
 void setPhysicalTest(std::function<bool(const QString &)> test);
 
@@ -90,7 +89,7 @@ QList<CLinkFacts> connectedPhysicalLinks();
 // Sets an interface's MTU (through vetrix-helper when not root); when
 // NetworkManager manages the interface its profile gets the MTU too. Fails
 // with another system root: its interfaces are not this machine's.
-VxRepairStatus setMtu(const QString &strName, int nMtu);
+VxRepairStatus setMtu(const QString &strName, int nMtu, const VxPrivileges &rights = VxPrivileges::system());
 // The kernel call itself (root only).
 bool setLinkMtu(const QString &strName, int nMtu);
 // Updates the NetworkManager profile of the interface, if it has one.

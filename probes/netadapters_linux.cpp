@@ -76,7 +76,7 @@ int linkMessage(const nlmsghdr *pHeader, void *pData)
     link.nIndex = pInfo->ifi_index;
     link.nMtu = table[IFLA_MTU] ? int(mnl_attr_get_u32(table[IFLA_MTU])) : 0;
     link.nMaxMtu = table[IFLA_MAX_MTU] ? int(mnl_attr_get_u32(table[IFLA_MAX_MTU])) : 0;
-    const int nOper = table[IFLA_OPERSTATE] ? mnl_attr_get_u8(table[IFLA_OPERSTATE]) : IF_OPER_UNKNOWN;
+    const int nOper = table[IFLA_OPERSTATE] ? mnl_attr_get_u8(table[IFLA_OPERSTATE]) : int(IF_OPER_UNKNOWN);
     link.bConnected = nOper == IF_OPER_UP || (nOper == IF_OPER_UNKNOWN && (pInfo->ifi_flags & IFF_LOWER_UP));
     pLinks->append(link);
     return MNL_CB_OK;
@@ -249,9 +249,6 @@ bool isPhysical(const QString &strName)
 {
     if (physicalTest())
         return physicalTest()(strName);
-    const QStringList listExtra = qEnvironmentVariable("VETRIX_PHYSICAL_IFACES").split(QLatin1Char(','), Qt::SkipEmptyParts);
-    if (listExtra.contains(strName))
-        return true;
     return isPhysicalDevice(strName);
 }
 
@@ -289,22 +286,22 @@ void buildAdapterList()
     adapterList() = listAdapters;
 }
 
-VxRepairStatus setMtu(const QString &strName, int nMtu)
+VxRepairStatus setMtu(const QString &strName, int nMtu, const VxPrivileges &rights)
 {
     // An interface of another system root is not this machine's to change.
     if (!LuInterface::isLiveRoot())
         return VxRepairStatus::Failed;
     VxRepairStatus status;
-    if (VxPrivileged::isRoot())
+    if (rights.isRoot())
         status = setLinkMtu(strName, nMtu) ? VxRepairStatus::Done : VxRepairStatus::Failed;
     else
-        status = VxPrivileged::runHelper(QStringLiteral("set-mtu"), {strName, QString::number(nMtu)});
+        status = rights.runHelper(QStringLiteral("set-mtu"), {strName, QString::number(nMtu)});
     if (status == VxRepairStatus::Done)
         updateNetworkManagerMtu(strName, nMtu);
     return status;
 }
 
-VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable)
+VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable, const VxPrivileges &rights)
 {
     for (const CNetAdapter &adapter : adapterList()) {
         if (adapter.driverKey != strDriverKey)
@@ -312,7 +309,7 @@ VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable)
         const int nMtu = bEnable ? adapter.nMaxMtu : kStandardFrame - kEthernetHeader;
         if (nMtu <= 0 || nMtu == adapter.nMtu)
             return VxRepairStatus::Done;
-        const VxRepairStatus status = setMtu(strDriverKey, nMtu);
+        const VxRepairStatus status = setMtu(strDriverKey, nMtu, rights);
         if (status == VxRepairStatus::Done)
             qCInfo(lcVxRepair).noquote() << strDriverKey << "mtu old:" << adapter.nMtu << "new:" << nMtu;
         return status;

@@ -235,7 +235,7 @@ void buildAdapterList()
 
 // The allowed settings as their enum key lists them; the last is taken as
 // the largest, deliberately without sorting.
-VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable)
+VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable, const VxPrivileges &)
 {
     RegKey root;
     if (!root.open(HKEY_LOCAL_MACHINE, kClassRoot, KEY_READ))

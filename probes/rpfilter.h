@@ -42,7 +42,7 @@ bool isExceptional(const CRpFilterDetectInfo &info);
 VxPlan plan(const CRpFilterDetectInfo &info);
 
 // As root: applies the plan (TuningApply::applyPlan) and checks again.
-VxRepairStatus repair(CRpFilterDetectInfo &info);
+VxRepairOutcome repair(CRpFilterDetectInfo &info, const VxPrivileges &rights);
 
 } // namespace RpFilter
 

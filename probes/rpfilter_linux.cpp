@@ -35,11 +35,11 @@ void check(CRpFilterDetectInfo &info)
     info.bNormal = isExceptional(info) ? 0 : 1;
 }
 
-VxRepairStatus repair(CRpFilterDetectInfo &info)
+VxRepairOutcome repair(CRpFilterDetectInfo &info, const VxPrivileges &rights)
 {
-    const VxRepairStatus status = TuningApply::applyPlan(plan(info), nullptr);
+    const VxRepairOutcome outcome = TuningApply::applyPlan(plan(info), rights);
     check(info);
-    return status;
+    return outcome;
 }
 
 } // namespace RpFilter

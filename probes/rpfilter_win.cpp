@@ -12,10 +12,10 @@ void check(CRpFilterDetectInfo &info)
     info.bNormal = 1;
 }
 
-VxRepairStatus repair(CRpFilterDetectInfo &info)
+VxRepairOutcome repair(CRpFilterDetectInfo &info, const VxPrivileges &)
 {
     check(info);
-    return VxRepairStatus::Done;
+    return VxRepairOutcome();
 }
 
 } // namespace RpFilter

@@ -64,7 +64,7 @@ VxPlan plan(const CRxBufferDetectInfo &info);
 // Makes the plan's changes and checks again (Windows: then restarts the
 // adapters as the jumbo repair does; Linux: as root, see
 // TuningApply::applyPlan).
-VxRepairStatus repair(CRxBufferDetectInfo &info);
+VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights);
 
 inline constexpr char kReceiveBuffersKind[] = "receive-buffers";
 inline constexpr char kInterruptModerationKind[] = "interrupt-moderation";

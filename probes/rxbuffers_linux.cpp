@@ -68,11 +68,11 @@ void check(CRxBufferDetectInfo &info)
     info.bNormal = isExceptional(info) ? 0 : 1;
 }
 
-VxRepairStatus repair(CRxBufferDetectInfo &info)
+VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights)
 {
-    const VxRepairStatus status = TuningApply::applyPlan(plan(info), nullptr);
+    const VxRepairOutcome outcome = TuningApply::applyPlan(plan(info), rights);
     check(info);
-    return status;
+    return outcome;
 }
 
 } // namespace RxBuffers

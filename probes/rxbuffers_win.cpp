@@ -156,7 +156,7 @@ void check(CRxBufferDetectInfo &info)
     info.bNormal = isExceptional(info) ? 0 : 1;
 }
 
-VxRepairStatus repair(CRxBufferDetectInfo &info)
+VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &)
 {
     VxRepairStatus status = VxRepairStatus::Done;
     QList<CNetAdapter> listRestart;
@@ -182,7 +182,7 @@ VxRepairStatus repair(CRxBufferDetectInfo &info)
     if (!listRestart.isEmpty())
         NetAdapters::restartAdapters(listRestart);
     check(info);
-    return status;
+    return VxRepairOutcome(status);
 }
 
 } // namespace RxBuffers

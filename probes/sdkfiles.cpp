@@ -55,7 +55,7 @@ bool removeFile(const QString &strPath)
     return bRemoved;
 }
 
-VxRepairStatus clear(CSDKPathDetectInfo &info)
+VxRepairOutcome clear(CSDKPathDetectInfo &info, const VxPrivileges &rights)
 {
     QStringList listLeft;
     for (auto it = info.foundFiles.cbegin(); it != info.foundFiles.cend(); ++it) {
@@ -63,21 +63,22 @@ VxRepairStatus clear(CSDKPathDetectInfo &info)
             if (strDir.isEmpty())
                 continue;
             const QString strPath = strDir + QLatin1Char('/') + it.key();
-            if (!removeFile(strPath) && QFileInfo::exists(strPath) && !VxPrivileged::isRoot())
+            if (!removeFile(strPath) && QFileInfo::exists(strPath) && !rights.isRoot())
                 listLeft << strPath;
         }
     }
     VxRepairStatus status = VxRepairStatus::Done;
     if (!listLeft.isEmpty()) {
-        status = VxPrivileged::runHelper(QStringLiteral("remove-sdk-file"), listLeft);
+        status = rights.runHelper(QStringLiteral("remove-sdk-file"), listLeft);
         if (status == VxRepairStatus::Done)
             qCInfo(lcVxRepair).noquote() << "vetrix-helper removed" << listLeft.join(QLatin1String(", "));
     }
     // A file that could not be removed shows again only at the next check.
     info.foundFiles.clear();
     info.bNormal = 1;
-    VxPrivileged::setLastStatus(status);
-    return status;
+    if (status != VxRepairStatus::Done)
+        return VxRepairOutcome(status, QStringLiteral("removing %1").arg(listLeft.join(QLatin1String(", "))));
+    return VxRepairOutcome();
 }
 
 } // namespace SdkFiles

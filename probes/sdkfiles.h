@@ -33,7 +33,7 @@ void check(CSDKPathDetectInfo &info);
 // Deletes every file listed (through vetrix-helper when this process lacks
 // the rights), empties foundFiles and marks the item normal whatever the
 // removals achieved. Returns how the privileged part went.
-VxRepairStatus clear(CSDKPathDetectInfo &info);
+VxRepairOutcome clear(CSDKPathDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
 
 // True when strPath names a file the clear may delete: its name is one of
 // libraryNames() and its directory lies inside one of searchFolders().

@@ -1,7 +1,7 @@
 #include "systemroot.h"
 
 #include "netadapters.h"
-#include "vxitems.h"
+#include "vxitemid.h"
 
 namespace SystemRoot {
 

@@ -38,12 +38,11 @@ QString sysctlPath(const QString &strKey);
 QString sysctlFileKey(const QString &strKey);
 
 // Applies a plan's changes in order in this process; stops at the first
-// failure. The running system's settings need root (NotAuthorized
-// otherwise); another system root is written with the user's rights. The
-// changes of a user's optimisation go through the journal and the helper
-// instead; this is for a repair run by root itself. Failed with pError on a
-// failure.
-VxRepairStatus applyPlan(const VxPlan &plan, QString *pError);
+// failure (Failed, with the reason). The running system's settings need
+// root (NotAuthorized otherwise); another system root is written with the
+// user's rights. The changes of a user's optimisation go through the journal
+// and the helper instead; this is for a repair run by root itself.
+VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights);
 
 } // namespace TuningApply
 

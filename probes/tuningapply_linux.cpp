@@ -315,20 +315,19 @@ bool isValid(const VxChange &change, QString *pError)
     return bValid;
 }
 
-VxRepairStatus applyPlan(const VxPlan &plan, QString *pError)
+VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights)
 {
     // The running system's settings need root; another system root is
     // written with the user's own rights.
-    if (LuInterface::isLiveRoot() && ::geteuid() != 0) {
-        setError(pError,
-            QCoreApplication::translate("VxOneKeyResult", "Changing the system settings needs administrator rights."));
-        return VxRepairStatus::NotAuthorized;
-    }
+    if (LuInterface::isLiveRoot() && !plan.isEmpty() && !rights.isRoot())
+        return VxRepairOutcome(VxRepairStatus::NotAuthorized,
+                               QCoreApplication::translate("VxOneKeyResult", "Changing the system settings needs administrator rights."));
     for (const VxChange &change : plan) {
-        if (!applyTuningChange(change, pError))
-            return VxRepairStatus::Failed;
+        QString strError;
+        if (!applyTuningChange(change, &strError))
+            return VxRepairOutcome::failed(strError);
     }
-    return VxRepairStatus::Done;
+    return VxRepairOutcome();
 }
 
 } // namespace TuningApply

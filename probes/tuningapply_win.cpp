@@ -34,13 +34,14 @@ QString sysctlFileKey(const QString &)
     return QString();
 }
 
-VxRepairStatus applyPlan(const VxPlan &plan, QString *pError)
+VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &)
 {
     for (const VxChange &change : plan) {
-        if (!isValid(change, pError))
-            return VxRepairStatus::Failed;
+        QString strError;
+        if (!isValid(change, &strError))
+            return VxRepairOutcome::failed(strError);
     }
-    return VxRepairStatus::Done;
+    return VxRepairOutcome();
 }
 
 } // namespace TuningApply

@@ -52,7 +52,7 @@ VxPlan plan(const CUsbBufferDetectInfo &info);
 // off in the active plan (mains and battery). Linux: the usbfs change when
 // running as root (TuningApply::applyPlan); a user's optimisation applies
 // the plan through the journal and the helper instead.
-VxRepairStatus repair(CUsbBufferDetectInfo &info);
+VxRepairOutcome repair(CUsbBufferDetectInfo &info, const VxPrivileges &rights);
 
 // The change kind of the Windows repair: target the power plan's GUID,
 // value 1 (enabled) or 0 (disabled).

@@ -63,11 +63,11 @@ void check(CUsbBufferDetectInfo &info)
     info.bNormal = isExceptional(info) ? 0 : 1;
 }
 
-VxRepairStatus repair(CUsbBufferDetectInfo &info)
+VxRepairOutcome repair(CUsbBufferDetectInfo &info, const VxPrivileges &rights)
 {
-    const VxRepairStatus status = TuningApply::applyPlan(plan(info), nullptr);
+    const VxRepairOutcome outcome = TuningApply::applyPlan(plan(info), rights);
     check(info);
-    return status;
+    return outcome;
 }
 
 } // namespace UsbBuffers

@@ -58,7 +58,7 @@ void check(CUsbBufferDetectInfo &info)
     info.bNormal = isExceptional(info) ? 0 : 1;
 }
 
-VxRepairStatus repair(CUsbBufferDetectInfo &info)
+VxRepairOutcome repair(CUsbBufferDetectInfo &info, const VxPrivileges &)
 {
     VxRepairStatus status = VxRepairStatus::Done;
     for (const VxChange &change : plan(info)) {
@@ -76,7 +76,7 @@ VxRepairStatus repair(CUsbBufferDetectInfo &info)
         qCInfo(lcVxRepair).noquote() << "USB selective suspend of power plan" << change.strTarget << "old: 1 new: 0";
     }
     check(info);
-    return status;
+    return VxRepairOutcome(status);
 }
 
 } // namespace UsbBuffers

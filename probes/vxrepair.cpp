@@ -1,30 +1,28 @@
 #include "vxrepair.h"
 
-#include <atomic>
-
 Q_LOGGING_CATEGORY(lcVxRepair, "vetrix.repair")
 
-namespace VxPrivileged {
-
-namespace {
-std::atomic<int> g_lastStatus{int(VxRepairStatus::Done)};
-}
-
-std::atomic<int> g_rootOverride{-1};
-
-void overrideRoot(int nRoot)
+VxPrivileges::VxPrivileges(QString strHelper, Rights rights)
+    : m_strHelper(std::move(strHelper))
+    , m_rights(rights)
 {
-    g_rootOverride.store(nRoot);
 }
 
-VxRepairStatus lastStatus()
+const VxPrivileges &VxPrivileges::system()
 {
-    return VxRepairStatus(g_lastStatus.load());
+    static const VxPrivileges privileges;
+    return privileges;
 }
 
-void setLastStatus(VxRepairStatus status)
+bool VxPrivileges::isRoot() const
 {
-    g_lastStatus.store(int(status));
+    switch (m_rights) {
+    case Rights::Root:
+        return true;
+    case Rights::User:
+        return false;
+    case Rights::AskSystem:
+        break;
+    }
+    return VxPrivileged::isRoot();
 }
-
-} // namespace VxPrivileged

@@ -15,24 +15,59 @@ enum class VxRepairStatus {
     HelperMissing,  // vetrix-helper or pkexec could not be found/started
     Refused,        // the helper rejected the arguments
     Failed,         // the change itself failed (nothing half-written)
+    NotFound,       // what the repair runs (an installer) is not there
 };
 
-// Runs privileged changes: in this process when it already runs as root,
-// otherwise through "pkexec vetrix-helper <verb> <args...>".
+// How one repair ended: its status and, where it did not happen, why (for
+// the log; the caller maps the status to a message of its own).
+struct VxRepairOutcome
+{
+    VxRepairOutcome() = default;
+    explicit VxRepairOutcome(VxRepairStatus s, QString strWhy = QString())
+        : status(s)
+        , strReason(std::move(strWhy))
+    {
+    }
+    static VxRepairOutcome failed(const QString &strWhy) { return VxRepairOutcome(VxRepairStatus::Failed, strWhy); }
+
+    bool ok() const { return status == VxRepairStatus::Done; }
+    explicit operator bool() const { return ok(); }
+    operator VxRepairStatus() const { return status; }
+
+    VxRepairStatus status = VxRepairStatus::Done;
+    QString strReason;
+};
+
+// How repairs get system rights: in this process when it already runs as
+// root, otherwise through "pkexec vetrix-helper <verb> <args...>". The
+// program uses system(); tests pass their own helper or rights.
+class VxPrivileges
+{
+public:
+    enum class Rights {
+        AskSystem, // whatever the process has
+        Root,      // act as if running as root
+        User,      // act as if running as a user
+    };
+
+    // An empty helper path means vetrix-helper beside the running program.
+    explicit VxPrivileges(QString strHelper = QString(), Rights rights = Rights::AskSystem);
+    static const VxPrivileges &system();
+
+    bool isRoot() const;
+    QString helperPath() const;
+    // Runs the helper with a verb and its arguments and maps its exit status.
+    VxRepairStatus runHelper(const QString &strVerb, const QStringList &listArgs) const;
+
+private:
+    QString m_strHelper;
+    Rights m_rights;
+};
+
 namespace VxPrivileged {
 
+// Whether this process runs as root (Linux) or elevated (Windows).
 bool isRoot();
-// Tests: 1 or 0 makes isRoot() answer so; -1 (the default) asks the system.
-void overrideRoot(int nRoot);
-// The helper executable: $VETRIX_HELPER, else vetrix-helper beside the
-// running program.
-QString helperPath();
-// Runs the helper with a verb and its arguments and maps its exit status.
-VxRepairStatus runHelper(const QString &strVerb, const QStringList &listArgs);
-// The status of the last privileged repair of this process (for callers that
-// reached the repair through the probe table, which returns nothing).
-VxRepairStatus lastStatus();
-void setLastStatus(VxRepairStatus status);
 
 // Whether a repair whose privileged step did not happen leaves its item
 // exceptional. On Linux the program runs as the user and asks for rights per

@@ -5,18 +5,13 @@
 #include <QProcess>
 #include <QStandardPaths>
 
-#include <atomic>
-
 #include <unistd.h>
 
 namespace VxPrivileged {
 
-extern std::atomic<int> g_rootOverride;
-
 bool isRoot()
 {
-    const int nOverride = g_rootOverride.load();
-    return nOverride >= 0 ? nOverride != 0 : ::geteuid() == 0;
+    return ::geteuid() == 0;
 }
 
 bool failedRepairStaysExceptional()
@@ -24,16 +19,18 @@ bool failedRepairStaysExceptional()
     return true;
 }
 
-QString helperPath()
+} // namespace VxPrivileged
+
+QString VxPrivileges::helperPath() const
 {
-    const QString strOverride = qEnvironmentVariable("VETRIX_HELPER");
-    if (!strOverride.isEmpty())
-        return strOverride;
+    if (!m_strHelper.isEmpty())
+        return m_strHelper;
     return QCoreApplication::applicationDirPath() + QStringLiteral("/vetrix-helper");
 }
 
-VxRepairStatus runHelper(const QString &strVerb, const QStringList &listArgs)
+VxRepairStatus VxPrivileges::runHelper(const QString &strVerb, const QStringList &listArgs) const
 {
+    using namespace VxPrivileged;
     const QString strHelper = helperPath();
     if (!QFileInfo(strHelper).isExecutable())
         return VxRepairStatus::HelperMissing;
@@ -72,5 +69,3 @@ VxRepairStatus runHelper(const QString &strVerb, const QStringList &listArgs)
         return VxRepairStatus::Failed;
     }
 }
-
-} // namespace VxPrivileged

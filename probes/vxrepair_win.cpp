@@ -2,20 +2,14 @@
 
 #include <QCoreApplication>
 
-#include <atomic>
-
 #include <windows.h>
 
 namespace VxPrivileged {
 
 // The program asks for administrator rights in its manifest, so repairs run
 // in the process; a process without them simply fails the write.
-extern std::atomic<int> g_rootOverride;
-
 bool isRoot()
 {
-    if (g_rootOverride.load() >= 0)
-        return g_rootOverride.load() != 0;
     HANDLE hToken = nullptr;
     if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &hToken))
         return false;
@@ -31,15 +25,15 @@ bool failedRepairStaysExceptional()
     return false;
 }
 
-QString helperPath()
+} // namespace VxPrivileged
+
+QString VxPrivileges::helperPath() const
 {
-    return QString();
+    return m_strHelper;
 }
 
 // There is no separate helper on Windows.
-VxRepairStatus runHelper(const QString &, const QStringList &)
+VxRepairStatus VxPrivileges::runHelper(const QString &, const QStringList &) const
 {
     return VxRepairStatus::HelperMissing;
 }
-
-} // namespace VxPrivileged

@@ -4,6 +4,7 @@
 #include "conekeyresultdelegate.h"
 #include "custom.h"
 #include "custompushbutton.h"
+#include "vxitemregistry.h"
 #include "vxitems.h"
 #include "vxresulttext.h"
 
@@ -15,10 +16,11 @@
 #include <new>
 
 namespace {
-// Item 512's lines are the whole USB tree; its viewer shows them instead.
+// Some items' lines (the whole USB tree) are shown by their viewer instead.
 bool showsLinesInTree(int nItem)
 {
-    return nItem != VxItems::UsbControllerInfo;
+    const VxItemRow *pRow = VxItemRegistry::row(quint32(nItem));
+    return !pRow || pRow->bLinesInTree;
 }
 } // namespace
 
@@ -271,39 +273,23 @@ void VxOneKeyResultTree::onDealWithBtnClicked()
     CDetectInfo *pInfo = m_mapRecords.value(nItem);
     if (!pInfo || isBusy(nItem))
         return;
-    switch (nItem) {
-    case VxItems::SdkFiles:
-    case VxItems::EnvVariables:
-    case VxItems::JumboFrame:
-        if (nItem == VxItems::SdkFiles)
-            openSdkFileDialog(pInfo);
-        else if (nItem == VxItems::EnvVariables)
-            openEnvDialog(pInfo);
-        else
-            openJumboDialog(pInfo);
+    const VxItemRow *pRow = VxItemRegistry::row(quint32(nItem));
+    switch (pRow ? pRow->action : VxRowAction::None) {
+    case VxRowAction::None:
+        break; // the button only states the outcome
+    case VxRowAction::Dialog:
+        openItemDialog(pInfo);
+        break;
+    case VxRowAction::RepairDialog:
+        openItemDialog(pInfo);
         refreshItem(pInfo);
         if (pInfo->bNormal)
             emit sigRemoveOptimizeItem(nItem);
         break;
-    case VxItems::GigeDriver:
-    case VxItems::Usb3Driver:
+    case VxRowAction::Install:
         installDriver(pInfo);
         refreshItem(pInfo);
         break;
-    case VxItems::UsbControllerDriver:
-        openUsbDriverDialog(pInfo);
-        break;
-    case VxItems::LineRate:
-        openLineRateDialog(pInfo);
-        break;
-    case VxItems::UsbControllerInfo:
-        openUsbTreeDialog(pInfo);
-        break;
-    case VxItems::SystemInfo:
-        openSystemInfo(pInfo);
-        break;
-    default:
-        break; // the firewall's button only states the outcome
     }
 }
 

@@ -73,6 +73,17 @@ protected:
     virtual void openJumboDialog(CDetectInfo *pInfo);
     virtual void openUsbTreeDialog(CDetectInfo *pInfo);
     virtual void openSystemInfo(CDetectInfo *pInfo);
+    // An item without a dialog of its own: its lines in a message box.
+    virtual void openDetails(CDetectInfo *pInfo);
+
+public:
+    // Items whose row button opens a dialog of their own, and the opener.
+    using DialogOpener = void (VxOneKeyResultTree::*)(CDetectInfo *);
+    static const QMap<quint32, DialogOpener> &dialogOpeners();
+
+protected:
+    // Opens the item's dialog (or its details).
+    void openItemDialog(CDetectInfo *pInfo);
 
 private:
     bool init();

@@ -3,6 +3,10 @@
 #include "vxonekeyresulttree.h"
 
 #include "cdetectinfo.h"
+#include "custommessagebox.h"
+#include "vxitemregistry.h"
+#include "vxitems.h"
+#include "vxresulttext.h"
 #include "vxenvcheckdlg.h"
 #include "vxjumbpacketdlg.h"
 #include "vxnetratedlg.h"
@@ -49,8 +53,8 @@ void VxOneKeyResultTree::installDriver(CDetectInfo *pInfo)
 {
     // Runs the installer and its status polling on a fresh worker behind a
     // loading box; returns when the driver is there or the polling gave up.
-    const QString strLabel =
-        pInfo->nItem == 4 ? tr("Installing GigE driver...") : tr("Installing USB driver...");
+    const VxItemRow *pRow = VxItemRegistry::row(quint32(pInfo->nItem));
+    const QString strLabel = pRow && pRow->pInstallLabel ? tr(pRow->pInstallLabel) : QString();
     VxOperateRunner runner(false, pInfo->nItem, window(), strLabel, {{pInfo->nItem, pInfo}});
     runner.run();
 }
@@ -88,4 +92,30 @@ void VxOneKeyResultTree::openSystemInfo(CDetectInfo *pInfo)
 {
     if (auto *pSystem = dynamic_cast<CSystemDetectInfo *>(pInfo))
         VxSystemInfoLauncher::open(window(), *pSystem);
+}
+
+void VxOneKeyResultTree::openDetails(CDetectInfo *pInfo)
+{
+    CustomMessageBox::information(window(), VxResultText::itemLines(*pInfo).join(QLatin1Char('\n')),
+                                  VxItems::itemName(pInfo->nItem));
+}
+
+const QMap<quint32, VxOneKeyResultTree::DialogOpener> &VxOneKeyResultTree::dialogOpeners()
+{
+    static const QMap<quint32, DialogOpener> openers = {
+        {VxItems::SdkFiles, &VxOneKeyResultTree::openSdkFileDialog},
+        {VxItems::EnvVariables, &VxOneKeyResultTree::openEnvDialog},
+        {VxItems::UsbControllerDriver, &VxOneKeyResultTree::openUsbDriverDialog},
+        {VxItems::LineRate, &VxOneKeyResultTree::openLineRateDialog},
+        {VxItems::JumboFrame, &VxOneKeyResultTree::openJumboDialog},
+        {VxItems::UsbControllerInfo, &VxOneKeyResultTree::openUsbTreeDialog},
+        {VxItems::SystemInfo, &VxOneKeyResultTree::openSystemInfo},
+    };
+    return openers;
+}
+
+void VxOneKeyResultTree::openItemDialog(CDetectInfo *pInfo)
+{
+    const DialogOpener opener = dialogOpeners().value(quint32(pInfo->nItem), &VxOneKeyResultTree::openDetails);
+    (this->*opener)(pInfo);
 }

@@ -1,24 +1,16 @@
 #include "vxonekeywidget.h"
 
-#include "cdetectinfo.h"
 #include "custom.h"
 #include "customloadingdialog.h"
-#include "custommessagebox.h"
 #include "custompushbutton.h"
-#include "customsavedonehintdlg.h"
-#include "luinterface.h"
 #include "vxinterprogressbar.h"
-#include "vxitems.h"
+#include "vxonekeyitems.h"
 #include "vxonekeyresult.h"
 #include "vxonekeyresulttree.h"
 #include "vxoperatethread.h"
-#include "vxresulttext.h"
 #include "vxstateitem.h"
 #include "vxtitle.h"
 
-#include <QDateTime>
-#include <QDir>
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMovie>
@@ -27,25 +19,14 @@
 
 #include <new>
 
-// The groups a run covers, chosen once for the whole program: all three.
 int &VxOneKeyWidget::selectedGroups()
 {
-    static int nGroups = VxItems::SdkGroup | VxItems::DriverGroup | VxItems::SystemGroup;
-    return nGroups;
+    return VxOneKeyRunItems::selectedGroups();
 }
 
 quint32 VxOneKeyWidget::groupMask(int nGroup)
 {
-    switch (nGroup) {
-    case VxItems::SdkGroup:
-        return VxItems::kSdkGroupMask;
-    case VxItems::DriverGroup:
-        return VxItems::kDriverGroupMask;
-    case VxItems::SystemGroup:
-        return VxItems::kSystemGroupMask;
-    default:
-        return 0;
-    }
+    return VxOneKeyRunItems::groupMask(nGroup);
 }
 
 namespace {
@@ -58,7 +39,7 @@ VxOneKeyWidget::VxOneKeyWidget(QWidget *pParent)
 {
     if (!init())
         throw std::bad_alloc();
-    applyState(Idle);
+    render(true);
 }
 
 VxOneKeyWidget::~VxOneKeyWidget()
@@ -71,6 +52,12 @@ bool VxOneKeyWidget::init()
 {
     m_pThread = new (std::nothrow) VxOperateThread(this);
     if (!m_pThread)
+        return false;
+    m_pItems.reset(new (std::nothrow) VxOneKeyRunItems(m_pThread->probeTable()));
+    if (!m_pItems)
+        return false;
+    m_pRun.reset(new (std::nothrow) VxOneKeyState(*m_pItems));
+    if (!m_pRun)
         return false;
 
     setObjectName(QStringLiteral("VxOneKeyWidget"));
@@ -106,6 +93,8 @@ bool VxOneKeyWidget::init()
     m_pResult = new (std::nothrow) VxOneKeyResult(m_pStack);
     if (!m_pResult)
         return false;
+    VxOneKeyResult *pResult = m_pResult;
+    m_pRun->setGradeCount([pResult](int nGrade) { return pResult->countOfSeverity(nGrade); });
     m_pStack->addWidget(m_pEmptyPage);
     m_pStack->addWidget(m_pResult);
     m_pStack->setCurrentWidget(m_pEmptyPage);
@@ -226,7 +215,7 @@ bool VxOneKeyWidget::connectWorker()
 
 bool VxOneKeyWidget::allWidgetsPresent() const
 {
-    return m_pThread && m_pImage && m_pMovie && m_pTitle && m_pDetail && m_pCounters[0] && m_pCounters[1]
+    return m_pThread && m_pRun && m_pImage && m_pMovie && m_pTitle && m_pDetail && m_pCounters[0] && m_pCounters[1]
         && m_pCounters[2] && m_pProgress && m_pButton1 && m_pButton2 && m_pStateItems[0] && m_pStateItems[1]
         && m_pStateItems[2] && m_pStack && m_pResult && m_pBottomBar;
 }

@@ -1,7 +1,10 @@
 #pragma once
 
-#include <QTime>
+#include "vxonekeystate.h"
+
 #include <QWidget>
+
+#include <memory>
 
 class CDetectInfo;
 class CustomLoadingDialog;
@@ -12,27 +15,28 @@ class QMovie;
 class QStackedWidget;
 class VxInterProgressBar;
 class VxOneKeyResult;
+class VxOneKeyRunItems;
 class VxOperateThread;
 class VxStateItem;
 
 // The main window's page: the state of a one-key run (image, title, detail,
 // progress, counters, two operate buttons) above the result area. Owns the
-// operate thread and drives it through a nine-state machine.
+// operate thread; the run state (VxOneKeyState) decides what the page shows
+// and which command the worker gets, the page renders it and forwards them.
 class VxOneKeyWidget : public QWidget
 {
     Q_OBJECT
 public:
-    enum State {
-        Idle = 0,
-        Detecting = 1,
-        DetectPaused = 2,
-        DetectAborted = 3,
-        DetectFinished = 4,
-        Optimizing = 5,
-        OptimizePaused = 6,
-        OptimizeStopped = 7,
-        OptimizeFinished = 8,
-    };
+    using State = VxOneKeyState::State;
+    static constexpr State Idle = VxOneKeyState::Idle;
+    static constexpr State Detecting = VxOneKeyState::Detecting;
+    static constexpr State DetectPaused = VxOneKeyState::DetectPaused;
+    static constexpr State DetectAborted = VxOneKeyState::DetectAborted;
+    static constexpr State DetectFinished = VxOneKeyState::DetectFinished;
+    static constexpr State Optimizing = VxOneKeyState::Optimizing;
+    static constexpr State OptimizePaused = VxOneKeyState::OptimizePaused;
+    static constexpr State OptimizeStopped = VxOneKeyState::OptimizeStopped;
+    static constexpr State OptimizeFinished = VxOneKeyState::OptimizeFinished;
 
     // Throws std::bad_alloc when the page cannot be built.
     explicit VxOneKeyWidget(QWidget *pParent = nullptr);
@@ -43,7 +47,8 @@ public:
     // True while the worker does not run (the window may close).
     bool isWorkerIdle() const;
 
-    int state() const { return m_nState; }
+    int state() const { return m_pRun ? int(m_pRun->state()) : int(Idle); }
+    const VxOneKeyState *runState() const { return m_pRun.get(); }
     VxOperateThread *worker() const { return m_pThread; }
     VxOneKeyResult *resultArea() const { return m_pResult; }
     CustomPushButton *operateButton1() const { return m_pButton1; }
@@ -80,41 +85,25 @@ private:
     bool init();
     bool buildTopStrip(QWidget *pStrip);
     bool connectWorker();
-    // bEntering is false when a language change re-applies the state.
-    void applyState(int nState, bool bEntering = true);
+    // Shows the run state; bAnnounce when a state was entered or re-applied
+    // (fonts, visibilities, the export signal).
+    void render(bool bAnnounce);
+    void renderImage();
     void applyFonts();
     void rebuildBottomBar();
-    void startRun();
-    void restartRun();
-    void startOptimization();
-    void setGroupNumbers();
+    // Renders the step and issues its worker command.
+    void follow(const VxOneKeyStep &step);
+    void forward(const VxOneKeyStep &step);
+    void setBusyItems(quint32 uMask);
     void showLoading(const QString &strText);
     void hideLoading();
-    QString currentItemName() const;
-    QString detectTitle() const;
-    QString optimizeTitle() const;
-    void setBusyItems(quint32 uMask);
-    void settleRepairedItems();
     bool allWidgetsPresent() const;
 
     // run state
-    int m_nState = Idle;
-    int m_nPendingState = Idle;
-    quint32 m_uItemMask = 0;
-    quint32 m_uExceptionMask = 0;
-    quint32 m_uRepairedMask = 0; // exceptions the running optimisation repaired
-    int m_nCurrentItem = 0;      // the item of the progress title, 0 before the first
-    int m_nTotal = 0;
-    int m_nDetectedCount = 0;
-    int m_nExceptionCount = 0;
-    int m_nOptimizedCount = 0;
-    QString m_strCurrentTitle;
-    QTime m_startTime;
-    QTime m_endTime;
-    bool m_bDetailShown = false;
-    bool m_bButton1Shown = false;
-    bool m_bProgressShown = false;
-    bool m_bCounterShown[3] = {false, false, false};
+    std::unique_ptr<VxOneKeyRunItems> m_pItems;
+    std::unique_ptr<VxOneKeyState> m_pRun;
+    QString m_strShownImage;
+    bool m_bBlocked = false; // disabled while the worker ends a pause or stop
 
     // widgets
     VxOperateThread *m_pThread = nullptr;

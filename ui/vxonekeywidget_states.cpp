@@ -1,8 +1,7 @@
-// The one-key page's state machine: what each state shows, the two operate
-// buttons, the worker's progress signals and the export.
+// The one-key page shows its run state (VxOneKeyState) and forwards the
+// commands of the two operate buttons to the worker; also the export.
 #include "vxonekeywidget.h"
 
-#include "cdetectinfo.h"
 #include "custom.h"
 #include "customloadingdialog.h"
 #include "custommessagebox.h"
@@ -10,10 +9,9 @@
 #include "customsavedonehintdlg.h"
 #include "luinterface.h"
 #include "vxinterprogressbar.h"
-#include "vxitems.h"
+#include "vxonekeyitems.h"
 #include "vxonekeyresult.h"
 #include "vxoperatethread.h"
-#include "vxresulttext.h"
 #include "vxstateitem.h"
 
 #include <QCoreApplication>
@@ -25,15 +23,11 @@
 #include <QMovie>
 #include <QStackedWidget>
 
-namespace {
-constexpr int kGrades = 3; // normal, serious (medium), fatal (serious)
-}
-
 void VxOneKeyWidget::applyFonts()
 {
     QFont titleFont = m_pTitle->font();
     titleFont.setPixelSize(18);
-    titleFont.setWeight(m_nState == Optimizing ? QFont::Normal : QFont::Bold);
+    titleFont.setWeight(m_pRun->isTitleBold() ? QFont::Bold : QFont::Normal);
     m_pTitle->setFont(titleFont);
     QFont detailFont = m_pDetail->font();
     detailFont.setPixelSize(13);
@@ -45,139 +39,49 @@ void VxOneKeyWidget::applyFonts()
     }
 }
 
-void VxOneKeyWidget::applyState(int nState, bool bEntering)
+void VxOneKeyWidget::render(bool bAnnounce)
 {
     if (!allWidgetsPresent())
         return;
-    for (bool &bShown : m_bCounterShown)
-        bShown = false;
-    m_pButton1->setEnabled(true);
-    m_nState = nState;
+    const VxOneKeyState &run = *m_pRun;
+    m_pTitle->setText(run.titleText());
+    m_pProgress->setRange(0, run.progressMaximum());
+    m_pProgress->setValue(run.progressValue());
+    for (int i = 0; i < VxOneKeyState::kGrades; ++i)
+        m_pStateItems[i]->setNumber(run.groupNumber(i));
+    if (!bAnnounce)
+        return;
     applyFonts();
     emit sigExportEnable(false);
+    renderImage();
+    m_pDetail->setText(run.detailText());
+    m_pButton1->setText(run.button1Text());
+    m_pButton1->setEnabled(run.isButton1Enabled());
+    m_pButton1->setVisible(run.isButton1Shown());
+    m_pButton2->setText(run.button2Text());
+    for (int i = 0; i < VxOneKeyState::kGrades; ++i)
+        m_pCounters[i]->setText(run.counterText(i));
+    if (run.isResultShown())
+        m_pStack->setCurrentWidget(m_pResult);
+    rebuildBottomBar();
+    if (run.isExportEnabled())
+        emit sigExportEnable(true);
+}
 
-    auto setImage = [this](const char *pPath) {
-        m_pMovie->stop();
-        m_pImage->setMovie(nullptr);
-        m_pImage->setPixmap(QIcon(QString::fromLatin1(pPath)).pixmap(m_pImage->size()));
-    };
-    auto startAnimation = [this] {
+void VxOneKeyWidget::renderImage()
+{
+    const QString strImage = m_pRun->imagePath();
+    if (strImage == m_strShownImage)
+        return;
+    m_strShownImage = strImage;
+    if (m_pRun->isAnimated()) {
         m_pImage->setMovie(m_pMovie);
         m_pMovie->start();
-    };
-
-    switch (nState) {
-    case Idle:
-        setImage(":/Vetrix/Vetrix/DetectNothing.png");
-        m_pTitle->setText(tr("Vetrix Tool"));
-        m_pDetail->setText(tr("Check the PC system, driver, and software running environment."));
-        m_bDetailShown = true;
-        m_bProgressShown = false;
-        m_pButton2->setText(tr("Start Diagnosis"));
-        break;
-    case Detecting:
-        startAnimation();
-        m_pTitle->setText(m_strCurrentTitle);
-        m_bDetailShown = false;
-        m_bProgressShown = true;
-        m_bButton1Shown = false;
-        m_pButton1->setText(tr("Pause Diagnosis"));
-        m_pButton2->setText(tr("Stop Diagnosis"));
-        m_pStack->setCurrentWidget(m_pResult);
-        if (bEntering) {
-            for (VxStateItem *pItem : m_pStateItems)
-                pItem->setNumber(0);
-        }
-        break;
-    case DetectPaused:
-        m_pTitle->setText(tr("Diagnosis paused"));
-        m_bDetailShown = true;
-        m_bProgressShown = false;
-        m_bButton1Shown = true;
-        m_pButton1->setText(tr("Continue Diagnosis"));
-        m_pButton2->setText(tr("Stop Diagnosis"));
-        break;
-    case DetectAborted:
-        setImage(":/Vetrix/Vetrix/DetectStop.png");
-        m_pTitle->setText(tr("Diagnosis aborted."));
-        m_pDetail->setText(tr("Diagnosis process aborted. Please restart diagnosis."));
-        m_bDetailShown = true;
-        m_bProgressShown = false;
-        m_bButton1Shown = false;
-        m_pButton1->setText(tr("Optimize Diagnosis"));
-        m_pButton2->setText(tr("Diagnose Again"));
-        break;
-    case DetectFinished:
-        setImage(":/Vetrix/Vetrix/DetectFinish.png");
-        m_pTitle->setText(tr("Diagnosis completed."));
-        m_pDetail->setText(tr("%1 items were diagnosed in %2 second(s).")
-                               .arg(m_nTotal)
-                               .arg(m_startTime.msecsTo(m_endTime) / 1000));
-        m_bDetailShown = true;
-        m_bProgressShown = false;
-        m_bButton1Shown = true;
-        m_pButton1->setText(tr("Optimize Diagnosis"));
-        m_pButton2->setText(tr("Diagnose Again"));
-        emit sigExportEnable(true);
-        break;
-    case Optimizing:
-        startAnimation();
-        m_pTitle->setText(m_strCurrentTitle);
-        m_pDetail->clear();
-        m_bDetailShown = false;
-        m_bProgressShown = true;
-        m_bButton1Shown = false;
-        m_pButton1->setText(tr("Pause Optimization"));
-        m_pButton2->setText(tr("Stop Optimization"));
-        if (bEntering) {
-            for (VxStateItem *pItem : m_pStateItems)
-                pItem->setNumber(0);
-        }
-        break;
-    case OptimizePaused:
-        m_pTitle->setText(tr("Optimization paused"));
-        m_bDetailShown = true;
-        m_bProgressShown = false;
-        m_bButton1Shown = true;
-        m_pButton1->setText(tr("Resume Optimization"));
-        m_pButton2->setText(tr("Stop Optimization"));
-        break;
-    case OptimizeStopped:
-        setImage(":/Vetrix/Vetrix/DetectStop.png");
-        m_pTitle->setText(tr("Optimization stopped."));
-        m_pDetail->setText(m_nExceptionCount > 0
-                               ? tr("%1 exception(s) are detected. Please optimize the system.").arg(m_nExceptionCount)
-                               : tr("No exception."));
-        m_bDetailShown = true;
-        m_bProgressShown = false;
-        m_bButton1Shown = false;
-        m_pButton2->setText(tr("Diagnose Again"));
-        break;
-    case OptimizeFinished:
-        setImage(":/Vetrix/Vetrix/DetectFinish.png");
-        m_pTitle->setText(tr("Complete"));
-        m_bDetailShown = false;
-        m_bProgressShown = false;
-        m_bButton1Shown = true;
-        m_pButton1->setText(tr("Optimize Diagnosis"));
-        m_pButton2->setText(tr("Diagnose Again"));
-        for (int i = 0; i < kGrades; ++i)
-            m_bCounterShown[i] = m_pResult->countOfSeverity(i) >= 1;
-        emit sigExportEnable(true);
-        break;
-    default:
-        break;
+        return;
     }
-    m_pCounters[0]->setText(tr("Normal: %1 Item(s)").arg(m_pResult->countOfSeverity(0)));
-    m_pCounters[1]->setText(tr("Serious: %1 Item(s)").arg(m_pResult->countOfSeverity(1)));
-    m_pCounters[2]->setText(tr("Fatal: %1 Item(s)").arg(m_pResult->countOfSeverity(2)));
-
-    if (nState == DetectAborted || nState == OptimizeFinished) {
-        setGroupNumbers();
-        m_pButton1->setEnabled(m_nExceptionCount > 0);
-    }
-    m_pButton1->setVisible(m_bButton1Shown);
-    rebuildBottomBar();
+    m_pMovie->stop();
+    m_pImage->setMovie(nullptr);
+    m_pImage->setPixmap(QIcon(strImage).pixmap(m_pImage->size()));
 }
 
 void VxOneKeyWidget::rebuildBottomBar()
@@ -195,147 +99,78 @@ void VxOneKeyWidget::rebuildBottomBar()
         m_pBottomBar->addWidget(pWidget);
         bFirst = false;
     };
-    add(m_pProgress, m_bProgressShown);
-    add(m_pDetail, m_bDetailShown);
-    add(m_pCounters[2], m_bCounterShown[2]);
-    add(m_pCounters[1], m_bCounterShown[1]);
-    add(m_pCounters[0], m_bCounterShown[0]);
+    add(m_pProgress, m_pRun->isProgressShown());
+    add(m_pDetail, m_pRun->isDetailShown());
+    for (int nGrade = VxOneKeyState::kGrades - 1; nGrade >= 0; --nGrade)
+        add(m_pCounters[nGrade], m_pRun->isCounterShown(nGrade));
     m_pBottomBar->addStretch();
 }
 
-void VxOneKeyWidget::setGroupNumbers()
+void VxOneKeyWidget::follow(const VxOneKeyStep &step)
 {
-    for (int i = 0; i < kGrades; ++i)
-        m_pStateItems[i]->setNumber(m_pResult->countOfSeverity(i));
+    if (!step.bTaken)
+        return;
+    render(step.bEntered);
+    forward(step);
 }
 
-void VxOneKeyWidget::startRun()
+void VxOneKeyWidget::forward(const VxOneKeyStep &step)
 {
-    m_nTotal = 0;
-    m_uItemMask = 0;
-    for (int nGroup : VxItems::groups()) {
-        if (!(VxOneKeyWidget::selectedGroups() & nGroup))
-            continue;
-        m_nTotal += VxItems::displayOrder(nGroup).size();
-        m_uItemMask |= VxOneKeyWidget::groupMask(nGroup);
+    switch (step.command) {
+    case VxWorkerCommand::None:
+        break;
+    case VxWorkerCommand::StartDetect:
+        m_pResult->clear();
+        setBusyItems(step.uMask);
+        for (int nItem : m_pRun->leftOutItems())
+            m_pResult->setUnavailable(nItem, m_pItems->isUnreadable(nItem));
+        m_pThread->startDetect(step.uMask);
+        break;
+    case VxWorkerCommand::ResumeDetect: {
+        const quint32 uMask = m_pThread->pendingDetectMask();
+        setBusyItems(uMask);
+        m_pThread->startDetect(uMask);
+        break;
     }
-    restartRun();
-}
-
-void VxOneKeyWidget::restartRun()
-{
-    m_nDetectedCount = 0;
-    m_nExceptionCount = 0;
-    m_nOptimizedCount = 0;
-    m_uExceptionMask = 0;
-    m_uRepairedMask = 0;
-    m_nCurrentItem = 0;
-    m_pProgress->setRange(0, m_nTotal);
-    m_pProgress->setValue(0);
-    m_strCurrentTitle = detectTitle();
-    applyState(Detecting);
-    m_nPendingState = DetectFinished;
-    m_pResult->clear();
-    setBusyItems(m_uItemMask);
-    // Items the run leaves out say why at once, and count as done.
-    const VxProbeTable &table = m_pThread->probeTable();
-    for (int nItem : VxItems::detectOrder()) {
-        if ((m_uItemMask & quint32(nItem)) && !table.canDetect(nItem)) {
-            m_pResult->setUnavailable(nItem, table.isUnreadable(nItem));
-            ++m_nDetectedCount;
-        }
+    case VxWorkerCommand::PauseDetect:
+        m_pThread->stop();
+        break;
+    case VxWorkerCommand::StopDetect:
+        m_pThread->stopDetect();
+        break;
+    case VxWorkerCommand::StartOptimize:
+        setBusyItems(step.uMask);
+        m_pThread->startOptimize(step.uMask);
+        break;
+    case VxWorkerCommand::ResumeOptimize: {
+        const quint32 uMask = m_pThread->pendingOptimizeMask();
+        setBusyItems(uMask);
+        m_pThread->startOptimize(uMask);
+        break;
     }
-    m_pProgress->setValue(m_nDetectedCount);
-    m_startTime = QTime::currentTime();
-    m_pThread->startDetect(m_uItemMask);
-}
-
-void VxOneKeyWidget::startOptimization()
-{
-    m_nOptimizedCount = 0;
-    m_uRepairedMask = 0;
-    m_nCurrentItem = 0;
-    m_pProgress->setRange(0, m_nExceptionCount);
-    m_pProgress->setValue(0);
-    m_strCurrentTitle = optimizeTitle();
-    applyState(Optimizing);
-    m_nPendingState = OptimizeFinished;
-    setBusyItems(m_uExceptionMask);
-    m_pThread->startOptimize(m_uExceptionMask);
+    case VxWorkerCommand::PauseOptimize:
+        // No second request until the worker reports the end.
+        setEnabled(false);
+        m_pThread->stop();
+        break;
+    case VxWorkerCommand::StopOptimize:
+        showLoading(tr("Stop Optimizing..."));
+        setEnabled(false);
+        m_pThread->stop();
+        break;
+    }
 }
 
 void VxOneKeyWidget::onOperateClicked1()
 {
-    if (!allWidgetsPresent())
-        return;
-    switch (m_nState) {
-    case Detecting:
-        m_nPendingState = Idle;
-        m_pThread->stop();
-        applyState(DetectPaused);
-        break;
-    case DetectPaused:
-        m_nPendingState = DetectFinished;
-        applyState(Detecting);
-        setBusyItems(m_pThread->pendingDetectMask());
-        m_pThread->startDetect(m_pThread->pendingDetectMask());
-        break;
-    case DetectAborted:
-    case DetectFinished:
-    case OptimizeFinished:
-        startOptimization();
-        break;
-    case Optimizing:
-        setEnabled(false);
-        m_nPendingState = OptimizePaused;
-        m_pThread->stop();
-        break;
-    case OptimizePaused:
-        m_nPendingState = OptimizeFinished;
-        applyState(Optimizing);
-        setBusyItems(m_pThread->pendingOptimizeMask());
-        m_pThread->startOptimize(m_pThread->pendingOptimizeMask());
-        break;
-    default:
-        break;
-    }
+    if (allWidgetsPresent())
+        follow(m_pRun->clickButton1());
 }
 
 void VxOneKeyWidget::onOperateClicked2()
 {
-    if (!allWidgetsPresent())
-        return;
-    switch (m_nState) {
-    case Idle:
-        startRun();
-        break;
-    case Detecting:
-        m_nPendingState = Idle;
-        m_pThread->stopDetect();
-        applyState(DetectAborted);
-        break;
-    case DetectPaused:
-        applyState(DetectAborted);
-        break;
-    case DetectAborted:
-    case DetectFinished:
-    case OptimizeStopped:
-    case OptimizeFinished:
-        restartRun();
-        break;
-    case Optimizing:
-        showLoading(tr("Stop Optimizing..."));
-        setEnabled(false);
-        m_nPendingState = OptimizeStopped;
-        m_pThread->stop();
-        break;
-    case OptimizePaused:
-        settleRepairedItems();
-        applyState(OptimizeStopped);
-        break;
-    default:
-        break;
-    }
+    if (allWidgetsPresent())
+        follow(m_pRun->clickButton2());
 }
 
 void VxOneKeyWidget::showLoading(const QString &strText)
@@ -398,7 +233,7 @@ QString VxOneKeyWidget::detailText() const
 
 bool VxOneKeyWidget::isDetailShown() const
 {
-    return m_bDetailShown;
+    return m_pRun && m_pRun->isDetailShown();
 }
 
 QString VxOneKeyWidget::groupNumberText(int nIndex) const
@@ -416,16 +251,10 @@ void VxOneKeyWidget::changeEvent(QEvent *pEvent)
             if (m_pStateItems[i])
                 m_pStateItems[i]->setCaption(tr(captions[i]));
         }
-        if (pEvent && allWidgetsPresent()) {
-            // The progress title is rebuilt in the new language from the
-            // current item and counts; the state is re-applied, not entered,
-            // so the group numbers stay.
-            if (m_nState == Detecting)
-                m_strCurrentTitle = detectTitle();
-            else if (m_nState == Optimizing)
-                m_strCurrentTitle = optimizeTitle();
-            applyState(m_nState, false);
-        }
+        // The state is shown again in the new language, not entered: the
+        // group numbers and the progress stay.
+        if (pEvent)
+            render(true);
     }
     if (pEvent)
         QWidget::changeEvent(pEvent);

@@ -73,32 +73,30 @@ void fillJumbo(CJumboPacketDetectInfo &info, bool bRepaired)
 void installFakeProbes()
 {
     VxProbeTable table;
-    table.envRepair = [](CEnvDetectInfo &info) {
-        if (g_bFail) {
-            VxPrivileged::setLastStatus(VxRepairStatus::NotAuthorized);
-            return;
-        }
+    table.setRepair(VxItems::EnvVariables, [](CEnvDetectInfo &info) {
+        if (g_bFail)
+            return VxRepairOutcome(VxRepairStatus::NotAuthorized);
         info.missingValues.clear();
         info.bNormal = 1;
-    };
-    table.envCheck = [](CEnvDetectInfo &info) {
+        return VxRepairOutcome();
+    });
+    table.setCheck(VxItems::EnvVariables, [](CEnvDetectInfo &info) {
         if (!g_bFail) {
             g_bNormal = true;
             fillEnv(info);
         }
-    };
-    table.jumboRepair = [](CJumboPacketDetectInfo &info) {
+    });
+    table.setRepair(VxItems::JumboFrame, [](CJumboPacketDetectInfo &info) {
         if (g_bFail)
-            VxPrivileged::setLastStatus(VxRepairStatus::NotAuthorized);
-        else
-            fillJumbo(info, true);
-    };
-    table.sdkFileClear = [](CSDKPathDetectInfo &info) {
-        if (g_bFail)
-            VxPrivileged::setLastStatus(VxRepairStatus::NotAuthorized);
+            return VxRepairOutcome(VxRepairStatus::NotAuthorized);
+        fillJumbo(info, true);
+        return VxRepairOutcome();
+    });
+    table.setRepair(VxItems::SdkFiles, [](CSDKPathDetectInfo &info) {
         info.foundFiles.clear();
         info.bNormal = 1;
-    };
+        return VxRepairOutcome(g_bFail ? VxRepairStatus::NotAuthorized : VxRepairStatus::Done);
+    });
     VxDialogProbes::setTable(table);
 }
 

@@ -54,6 +54,9 @@ public:
     // USB host controllers the last check found; -1: not known (not checked,
     // or the probe library is missing). 0 makes the item exceptional.
     int nControllers = -1;
+    // The USB tree the check built on the way, until the detection pass
+    // hands it to the USB tree item's record.
+    UsbRootItem *pBuiltTree = nullptr;
 };
 
 // Item 2048: ready-to-show facts about the PC.
@@ -97,6 +100,3 @@ public:
     UsbRootItem *pRootItem = nullptr;
 };
 
-// Creates the record class that belongs to the item id (a plain CDetectInfo
-// for ids without one), with nItem set and bNormal 1.
-CDetectInfo *createDetectInfo(int nItem);

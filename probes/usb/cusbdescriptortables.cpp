@@ -2,6 +2,8 @@
 // 1.0 descriptors, and the audio name tables.
 #include "cusbdescriptortables.h"
 
+#include <array>
+
 const char *CUsbNameTable::find(quint32 uCode) const
 {
     for (int i = 0; i < nCount; ++i)
@@ -62,9 +64,29 @@ constexpr CUsbDescriptorDef def(const char *pHeading, const CUsbFieldDef (&field
     return {pHeading, fields, N};
 }
 
-const CUsbFieldDef kCommonThree[] = {{"bLength:", 1, K::Hex}, {"bDescriptorType:", 1, K::Hex},
-                                      {"bDescriptorSubtype:", 1, K::Hex}};
-#define VX_COMMON_THREE {"bLength:", 1, K::Hex}, {"bDescriptorType:", 1, K::Hex}, {"bDescriptorSubtype:", 1, K::Hex}
+template <size_t N>
+constexpr CUsbDescriptorDef def(const char *pHeading, const std::array<CUsbFieldDef, N> &fields)
+{
+    return {pHeading, fields.data(), int(N)};
+}
+
+// The three bytes every class-specific descriptor starts with.
+constexpr CUsbFieldDef kCommonThree[] = {{"bLength:", 1, K::Hex}, {"bDescriptorType:", 1, K::Hex},
+                                         {"bDescriptorSubtype:", 1, K::Hex}};
+constexpr size_t kCommonCount = sizeof(kCommonThree) / sizeof(kCommonThree[0]);
+
+// A class-specific descriptor: the three common fields, then its own. Field
+// references (nRef) count from the first common field.
+template <size_t N>
+constexpr std::array<CUsbFieldDef, kCommonCount + N> classSpecific(const CUsbFieldDef (&own)[N])
+{
+    std::array<CUsbFieldDef, kCommonCount + N> fields{};
+    for (size_t i = 0; i < kCommonCount; ++i)
+        fields[i] = kCommonThree[i];
+    for (size_t i = 0; i < N; ++i)
+        fields[kCommonCount + i] = own[i];
+    return fields;
+}
 
 const CUsbFieldDef kDevice[] = {
     {"", 1, K::Skip}, {"", 1, K::Skip},
@@ -112,73 +134,56 @@ const CUsbFieldDef kHid[] = {
     {"", 3, K::HidList, 4},
 };
 
-const CUsbFieldDef kAcHeader[] = {
-    VX_COMMON_THREE, {"bcdADC:", 2, K::Hex}, {"wTotalLength:", 2, K::Hex},
-    {"bInCollection:", 1, K::Hex}, {"bInCollection[%1]:", 1, K::Array, 5},
-};
+constexpr auto kAcHeader = classSpecific({{"bcdADC:", 2, K::Hex}, {"wTotalLength:", 2, K::Hex},
+    {"bInCollection:", 1, K::Hex}, {"bInCollection[%1]:", 1, K::Array, 5}});
 
-const CUsbFieldDef kAcInputTerminal[] = {
-    VX_COMMON_THREE, {"bTerminalID:", 1, K::Hex}, {"wTerminalType:", 2, K::HexName, -1, 0, &terminalTypes},
+constexpr auto kAcInputTerminal = classSpecific({
+    {"bTerminalID:", 1, K::Hex}, {"wTerminalType:", 2, K::HexName, -1, 0, &terminalTypes},
     {"bAssocTerminal:", 1, K::Hex}, {"bNrChannels:", 1, K::Hex}, {"wChannelConfig:", 2, K::Hex},
-    {"iChannelNames:", 1, K::StringIndex}, {"iTerminal:", 1, K::StringIndex},
-};
+    {"iChannelNames:", 1, K::StringIndex}, {"iTerminal:", 1, K::StringIndex}});
 
-const CUsbFieldDef kAcOutputTerminal[] = {
-    VX_COMMON_THREE, {"bTerminalID:", 1, K::Hex}, {"wTerminalType:", 2, K::HexName, -1, 0, &terminalTypes},
-    {"bAssocTerminal:", 1, K::Hex}, {"bSoruceID:", 1, K::Hex}, {"iTerminal:", 1, K::StringIndex},
-};
+constexpr auto kAcOutputTerminal = classSpecific({
+    {"bTerminalID:", 1, K::Hex}, {"wTerminalType:", 2, K::HexName, -1, 0, &terminalTypes},
+    {"bAssocTerminal:", 1, K::Hex}, {"bSoruceID:", 1, K::Hex}, {"iTerminal:", 1, K::StringIndex}});
 
-const CUsbFieldDef kAcMixerUnit[] = {
-    VX_COMMON_THREE, {"bUnitID:", 1, K::Hex}, {"bNrInPins:", 1, K::Hex},
+constexpr auto kAcMixerUnit = classSpecific({{"bUnitID:", 1, K::Hex}, {"bNrInPins:", 1, K::Hex},
     {"baSourceID[%1]:", 1, K::Array, 4}, {"bNrChannels:", 1, K::Hex}, {"wChannelConfig:", 2, K::Hex},
-    {"iChannelNames:", 1, K::StringIndex}, {"bmControls:", 0, K::RestValue, -1, 1}, {"iMixer:", 1, K::StringIndex},
-};
+    {"iChannelNames:", 1, K::StringIndex}, {"bmControls:", 0, K::RestValue, -1, 1}, {"iMixer:", 1, K::StringIndex}});
 
-const CUsbFieldDef kAcSelectorUnit[] = {
-    VX_COMMON_THREE, {"bUnitID:", 1, K::Hex}, {"bNrInPins:", 1, K::Hex},
-    {"baSourceID[%1]:", 1, K::Array, 4}, {"iSelector:", 1, K::StringIndex},
-};
+constexpr auto kAcSelectorUnit = classSpecific({{"bUnitID:", 1, K::Hex}, {"bNrInPins:", 1, K::Hex},
+    {"baSourceID[%1]:", 1, K::Array, 4}, {"iSelector:", 1, K::StringIndex}});
 
-const CUsbFieldDef kAcFeatureUnit[] = {
-    VX_COMMON_THREE, {"bUnitID:", 1, K::Hex}, {"bSourceID:", 1, K::Hex}, {"bControlSize:", 1, K::Hex},
-    {"bmaControls[%1]:", 0, K::SizedArray, 5, 1}, {"iFeature:", 1, K::StringIndex},
-};
+constexpr auto kAcFeatureUnit = classSpecific({
+    {"bUnitID:", 1, K::Hex}, {"bSourceID:", 1, K::Hex}, {"bControlSize:", 1, K::Hex},
+    {"bmaControls[%1]:", 0, K::SizedArray, 5, 1}, {"iFeature:", 1, K::StringIndex}});
 
-const CUsbFieldDef kAcProcessingUnit[] = {
-    VX_COMMON_THREE, {"bUnitID:", 1, K::Hex}, {"wProcessType:", 2, K::HexName, -1, 0, &processTypes},
+constexpr auto kAcProcessingUnit = classSpecific({
+    {"bUnitID:", 1, K::Hex}, {"wProcessType:", 2, K::HexName, -1, 0, &processTypes},
     {"bNrInPins:", 1, K::Hex}, {"baSourceID[%1]:", 1, K::Array, 5}, {"bNrChannels:", 1, K::Hex},
     {"wChannelConfig:", 2, K::Hex}, {"iChannelNames:", 1, K::StringIndex}, {"bControlSize:", 1, K::Hex},
-    {"bmControls:", 0, K::SizedValue, 10}, {"iProcessing:", 1, K::StringIndex}, {"Process Specific:", 0, K::RestBytes},
-};
+    {"bmControls:", 0, K::SizedValue, 10}, {"iProcessing:", 1, K::StringIndex},
+    {"Process Specific:", 0, K::RestBytes}});
 
-const CUsbFieldDef kAcExtensionUnit[] = {
-    VX_COMMON_THREE, {"bUnitID:", 1, K::Hex}, {"wExtensionCode:", 2, K::Hex},
+constexpr auto kAcExtensionUnit = classSpecific({{"bUnitID:", 1, K::Hex}, {"wExtensionCode:", 2, K::Hex},
     {"bNrInPins:", 1, K::Hex}, {"baSourceID[%1]:", 1, K::Array, 5}, {"bNrChannels:", 1, K::Hex},
     {"wChannelConfig:", 2, K::Hex}, {"iChannelNames:", 1, K::StringIndex}, {"bControlSize:", 1, K::Hex},
-    {"bmControls:", 0, K::SizedValue, 10}, {"iExtension:", 1, K::StringIndex},
-};
+    {"bmControls:", 0, K::SizedValue, 10}, {"iExtension:", 1, K::StringIndex}});
 
-const CUsbFieldDef kAsGeneral[] = {
-    VX_COMMON_THREE, {"bTerminalLink:", 1, K::Hex}, {"bDelay:", 1, K::Hex},
-    {"wFormatTag:", 2, K::HexName, -1, 0, &formatTags},
-};
+constexpr auto kAsGeneral = classSpecific({{"bTerminalLink:", 1, K::Hex}, {"bDelay:", 1, K::Hex},
+    {"wFormatTag:", 2, K::HexName, -1, 0, &formatTags}});
 
 // Type I and III: channels, subframe size, resolution, then the frequencies.
-const CUsbFieldDef kAsFormatTypeI[] = {
-    VX_COMMON_THREE, {"bFormatType:", 1, K::Hex}, {"bNrChannels:", 1, K::Hex}, {"bSubframeSize:", 1, K::Hex},
-    {"bBitResolution:", 1, K::Hex}, {"bSamFreqType:", 1, K::Hex},
-};
-const CUsbFieldDef kAsFormatTypeII[] = {
-    VX_COMMON_THREE, {"bFormatType:", 1, K::Hex}, {"wMaxBitRate:", 2, K::Hex}, {"wSamplesPerFrame:", 2, K::Hex},
-    {"bSamFreqType:", 1, K::Hex},
-};
-const CUsbFieldDef kAsFormatTypeOther[] = {VX_COMMON_THREE, {"bFormatType:", 1, K::Hex}};
+constexpr auto kAsFormatTypeI = classSpecific({
+    {"bFormatType:", 1, K::Hex}, {"bNrChannels:", 1, K::Hex}, {"bSubframeSize:", 1, K::Hex},
+    {"bBitResolution:", 1, K::Hex}, {"bSamFreqType:", 1, K::Hex}});
+constexpr auto kAsFormatTypeII = classSpecific({
+    {"bFormatType:", 1, K::Hex}, {"wMaxBitRate:", 2, K::Hex}, {"wSamplesPerFrame:", 2, K::Hex},
+    {"bSamFreqType:", 1, K::Hex}});
+constexpr auto kAsFormatTypeOther = classSpecific({{"bFormatType:", 1, K::Hex}});
 
-const CUsbFieldDef kAsDataEndpoint[] = {
-    VX_COMMON_THREE, {"bmAttributes:", 1, K::Hex}, {"bLockDelayUnits:", 1, K::Hex}, {"wLockDelay:", 2, K::Hex},
-};
+constexpr auto kAsDataEndpoint = classSpecific({
+    {"bmAttributes:", 1, K::Hex}, {"bLockDelayUnits:", 1, K::Hex}, {"wLockDelay:", 2, K::Hex}});
 
-#undef VX_COMMON_THREE
 } // namespace
 
 const CUsbNameTable terminalTypes = {kTerminalTypes, int(sizeof kTerminalTypes / sizeof kTerminalTypes[0])};

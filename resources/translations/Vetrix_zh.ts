@@ -771,6 +771,26 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>No USB 3 controller or USB3 Vision camera found.</source>
         <translation>未发现 USB 3 控制器或 USB3 Vision 相机。</translation>
     </message>
+    <message>
+        <source>USB Buffer Memory</source>
+        <translation>USB 缓冲内存</translation>
+    </message>
+    <message>
+        <source>Network Receive Buffers</source>
+        <translation>网络接收缓冲区</translation>
+    </message>
+    <message>
+        <source>Reverse-Path Filter</source>
+        <translation>反向路径过滤</translation>
+    </message>
+    <message>
+        <source>GenTL Producers</source>
+        <translation>GenTL 生产者</translation>
+    </message>
+    <message>
+        <source>Camera Host Tuning</source>
+        <translation>相机主机调优</translation>
+    </message>
 </context>
 <context>
     <name>VxOneKeyResultTree</name>

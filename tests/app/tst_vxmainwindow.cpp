@@ -323,12 +323,12 @@ void TestVxMainWindow::missingInstallersAreNamedOneBoxAtATime()
     FakeProbes *pFakes = &m_fakes;
     VxOperateThread::setProbeTableSource([pFakes, strGige, strUsb3] {
         VxProbeTable table = pFakes->tableWithoutTrees();
-        table.gigeDriverCheck = [](CDetectInfo &info) { info.bNormal = 0; };
-        table.usb3DriverCheck = [](CDetectInfo &info) { info.bNormal = 0; };
-        table.gigeDriverInstall = [] { return false; };
-        table.usb3DriverInstall = [] { return false; };
-        table.gigeInstallerPath = [strGige] { return strGige; };
-        table.usb3InstallerPath = [strUsb3] { return strUsb3; };
+        table.setCheck(VxItems::GigeDriver, [](CDetectInfo &info) { info.bNormal = 0; });
+        table.setCheck(VxItems::Usb3Driver, [](CDetectInfo &info) { info.bNormal = 0; });
+        table.setInstall(VxItems::GigeDriver, [] { return false; });
+        table.setInstall(VxItems::Usb3Driver, [] { return false; });
+        table[VxItems::GigeDriver].installerPath = [strGige] { return strGige; };
+        table[VxItems::Usb3Driver].installerPath = [strUsb3] { return strUsb3; };
         return table;
     });
     const auto restore = qScopeGuard([pFakes] {

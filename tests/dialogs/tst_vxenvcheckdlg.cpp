@@ -38,20 +38,19 @@ void installProbes(bool bAuthorized, int *pChecks = nullptr,
                    VxRepairStatus failure = VxRepairStatus::NotAuthorized)
 {
     VxProbeTable table;
-    table.envRepair = [bAuthorized, failure](CEnvDetectInfo &info) {
-        if (!bAuthorized) {
-            VxPrivileged::setLastStatus(failure);
-            return;
-        }
+    table.setRepair(VxItems::EnvVariables, [bAuthorized, failure](CEnvDetectInfo &info) {
+        if (!bAuthorized)
+            return VxRepairOutcome(failure);
         info.missingValues.clear();
         info.bNormal = 1;
-    };
+        return VxRepairOutcome();
+    });
     // Counts the checks run on the GUI thread (the repair pass runs one of
     // its own on the worker).
-    table.envCheck = [pChecks](CEnvDetectInfo &) {
+    table.setCheck(VxItems::EnvVariables, [pChecks](CEnvDetectInfo &) {
         if (pChecks && QThread::currentThread() == QCoreApplication::instance()->thread())
             ++*pChecks;
-    };
+    });
     VxDialogProbes::setTable(table);
 }
 

@@ -99,11 +99,11 @@ private slots:
     {
         // After the repair only one interface is listed, now enabled.
         VxProbeTable table;
-        table.jumboRepair = [](CJumboPacketDetectInfo &info) {
+        table.setRepair(VxItems::JumboFrame, [](CJumboPacketDetectInfo &info) {
             info.jumboStates = {{QStringLiteral("enp9s0"), 1}};
             info.jumboValues = {{QStringLiteral("enp9s0"), 9014}};
             info.bNormal = 1;
-        };
+        });
         VxDialogProbes::setTable(table);
         CJumboPacketDetectInfo info = fixture();
         VxJumbPacketDlg dialog(&info);
@@ -126,9 +126,7 @@ private slots:
     void repairWithoutRightsStaysExceptional()
     {
         VxProbeTable table;
-        table.jumboRepair = [](CJumboPacketDetectInfo &) {
-            VxPrivileged::setLastStatus(VxRepairStatus::NotAuthorized);
-        };
+        table.setRepair(VxItems::JumboFrame, [](CJumboPacketDetectInfo &) { return VxRepairOutcome(VxRepairStatus::NotAuthorized); });
         VxDialogProbes::setTable(table);
         CJumboPacketDetectInfo info = fixture();
         VxJumbPacketDlg dialog(&info);

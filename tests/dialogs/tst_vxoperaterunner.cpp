@@ -57,17 +57,17 @@ VxProbeTable waitingTable()
         for (int i = 0; i < 2000 && !g_bSeen; ++i)
             QThread::msleep(1);
     };
-    table.jumboRepair = [waitForGui](CJumboPacketDetectInfo &info) {
+    table.setRepair(VxItems::JumboFrame, [waitForGui](CJumboPacketDetectInfo &info) {
         waitForGui();
         info.jumboStates = {{QStringLiteral("eth0"), 1}};
         info.jumboValues = {{QStringLiteral("eth0"), 9014}};
         info.bNormal = 1;
-    };
-    table.jumboCheck = [waitForGui](CJumboPacketDetectInfo &info) {
+    });
+    table.setCheck(VxItems::JumboFrame, [waitForGui](CJumboPacketDetectInfo &info) {
         waitForGui();
         info.jumboStates = {{QStringLiteral("eth1"), 0}};
         info.bNormal = 0;
-    };
+    });
     return table;
 }
 
@@ -213,7 +213,7 @@ private slots:
         VxDialogProbes::resetTable();
         VxOperateThread::setProbeTableSource([] {
             VxProbeTable table;
-            table.jumboRepair = [](CJumboPacketDetectInfo &info) { info.jumboValues[QStringLiteral("eth9")] = 4088; };
+            table.setRepair(VxItems::JumboFrame, [](CJumboPacketDetectInfo &info) { info.jumboValues[QStringLiteral("eth9")] = 4088; });
             return table;
         });
         CJumboPacketDetectInfo info;

@@ -32,18 +32,20 @@ void installClear(bool bAuthorized)
 {
     g_listCalls.clear();
     VxProbeTable table;
-    table.sdkFileClear = [bAuthorized](CSDKPathDetectInfo &info) {
+    table.setRepair(VxItems::SdkFiles, [bAuthorized](CSDKPathDetectInfo &info) {
         g_listCalls << info.foundFiles;
+        VxRepairOutcome outcome;
         if (bAuthorized) {
             for (auto it = info.foundFiles.cbegin(); it != info.foundFiles.cend(); ++it)
                 for (const QString &strDir : it.value())
                     QFile::remove(strDir + QLatin1Char('/') + it.key());
         } else {
-            VxPrivileged::setLastStatus(VxRepairStatus::NotAuthorized);
+            outcome = VxRepairOutcome(VxRepairStatus::NotAuthorized);
         }
         info.foundFiles.clear();
         info.bNormal = 1;
-    };
+        return outcome;
+    });
     VxDialogProbes::setTable(table);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cdetectinfo.h"
+#include "vxitemid.h"
 #include "vxprobetable.h"
 
 #include <QMutex>
@@ -53,44 +54,43 @@ struct FakeProbes
     VxProbeTable table()
     {
         VxProbeTable t;
-        t.sdkFileCheck = [this](CSDKPathDetectInfo &) { log("detect 1"); };
-        t.sdkFileClear = [this](CSDKPathDetectInfo &info) {
+        t.setCheck(VxItems::SdkFiles, [this](CSDKPathDetectInfo &) { log("detect 1"); });
+        t.setRepair(VxItems::SdkFiles, [this](CSDKPathDetectInfo &info) {
             log("clear 1");
             info.bNormal = 1;
-        };
-        t.envCheck = [this](CEnvDetectInfo &) { log("detect 2"); };
-        t.envRepair = [this](CEnvDetectInfo &) { log("repair 2"); };
-        t.gigeDriverCheck = [this](CDetectInfo &info) { statusCheck(info, "detect 4"); };
-        t.gigeDriverInstall = [this] {
+        });
+        t.setCheck(VxItems::EnvVariables, [this](CEnvDetectInfo &) { log("detect 2"); });
+        t.setRepair(VxItems::EnvVariables, [this](CEnvDetectInfo &) { log("repair 2"); });
+        t.setCheck(VxItems::GigeDriver, [this](CDetectInfo &info) { statusCheck(info, "detect 4"); });
+        t.setInstall(VxItems::GigeDriver, [this] {
             log("install 4");
             return bInstallFound;
-        };
-        t.usb3DriverCheck = [this](CDetectInfo &info) { statusCheck(info, "detect 8"); };
-        t.usb3DriverInstall = [this] {
+        });
+        t.setCheck(VxItems::Usb3Driver, [this](CDetectInfo &info) { statusCheck(info, "detect 8"); });
+        t.setInstall(VxItems::Usb3Driver, [this] {
             log("install 8");
             return bInstallFound;
-        };
-        t.usbDriverCheck = [this](CUSBControllerDriverInfo &, UsbRootItem **ppRoot) {
+        });
+        t.setCheck(VxItems::UsbControllerDriver, [this](CUSBControllerDriverInfo &info) {
             log("detect 32");
-            if (ppRoot)
-                *ppRoot = newTree();
-        };
-        t.usbTreeCheck = [this](CUsbBasicDetectInfo &info) {
+            info.pBuiltTree = newTree();
+        });
+        t.setCheck(VxItems::UsbControllerInfo, [this](CUsbBasicDetectInfo &info) {
             log("detect 512");
             info.pRootItem = newTree();
             info.bNormal = 1;
-        };
+        });
         t.usbTreeDestroy = [this](UsbRootItem *pRoot) {
             if (!pRoot)
                 return;
             --nTreesAlive;
             delete reinterpret_cast<int *>(pRoot);
         };
-        t.firewallCheck = [this](CDetectInfo &) { log("detect 1024"); };
-        t.jumboCheck = [this](CJumboPacketDetectInfo &) { log("detect 256"); };
-        t.jumboRepair = [this](CJumboPacketDetectInfo &) { log("repair 256"); };
-        t.lineRateCheck = [this](CNetworkSpeedDetectInfo &) { log("detect 128"); };
-        t.systemInfoCheck = [this](CSystemDetectInfo &) { log("detect 2048"); };
+        t.setCheck(VxItems::Firewall, [this](CDetectInfo &) { log("detect 1024"); });
+        t.setCheck(VxItems::JumboFrame, [this](CJumboPacketDetectInfo &) { log("detect 256"); });
+        t.setRepair(VxItems::JumboFrame, [this](CJumboPacketDetectInfo &) { log("repair 256"); });
+        t.setCheck(VxItems::LineRate, [this](CNetworkSpeedDetectInfo &) { log("detect 128"); });
+        t.setCheck(VxItems::SystemInfo, [this](CSystemDetectInfo &) { log("detect 2048"); });
         return t;
     }
 
@@ -99,15 +99,14 @@ struct FakeProbes
     VxProbeTable tableWithoutTrees()
     {
         VxProbeTable t = table();
-        t.usbDriverCheck = [this](CUSBControllerDriverInfo &, UsbRootItem **ppRoot) {
+        t.setCheck(VxItems::UsbControllerDriver, [this](CUSBControllerDriverInfo &info) {
             log("detect 32");
-            if (ppRoot)
-                *ppRoot = nullptr;
-        };
-        t.usbTreeCheck = [this](CUsbBasicDetectInfo &info) {
+            info.pBuiltTree = nullptr;
+        });
+        t.setCheck(VxItems::UsbControllerInfo, [this](CUsbBasicDetectInfo &info) {
             log("detect 512");
             info.bNormal = 1;
-        };
+        });
         return t;
     }
 };

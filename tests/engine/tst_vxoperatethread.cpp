@@ -111,7 +111,7 @@ void TestVxOperateThread::detectionSkipsItemsWithoutProbe()
 {
     FakeProbes fakes;
     VxProbeTable table = fakes.table();
-    table.firewallCheck = nullptr;
+    table.setCheck(VxItems::Firewall, nullptr);
     VxOperateThread thread(table);
     thread.setItemPause(1);
     SignalLog log(thread);

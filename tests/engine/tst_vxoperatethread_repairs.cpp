@@ -33,7 +33,6 @@ class TestVxOperateThreadRepairs : public QObject
 private slots:
     void cleanup()
     {
-        VxPrivileged::setLastStatus(VxRepairStatus::Done);
         CameraDrivers::setPollTiming({}, {});
     }
 
@@ -42,8 +41,8 @@ private slots:
         QTest::addColumn<int>("item");
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("warning");
-        QTest::newRow("gige: no installer") << 4 << int(VxRepairStatus::Done) << "File doesn't exist.";
-        QTest::newRow("usb3: no installer") << 8 << int(VxRepairStatus::Done) << "File doesn't exist.";
+        QTest::newRow("gige: no installer") << 4 << int(VxRepairStatus::NotFound) << "File doesn't exist.";
+        QTest::newRow("usb3: no installer") << 8 << int(VxRepairStatus::NotFound) << "File doesn't exist.";
         QTest::newRow("gige: rights refused")
             << 4 << int(VxRepairStatus::NotAuthorized)
             << "The driver was not installed: administrator rights were not granted.";
@@ -64,12 +63,9 @@ private slots:
         QFETCH(QString, warning);
         FakeProbes fakes;
         VxProbeTable table = fakes.table();
-        const auto notStarted = [status] {
-            VxPrivileged::setLastStatus(VxRepairStatus(status));
-            return false;
-        };
-        table.gigeDriverInstall = notStarted;
-        table.usb3DriverInstall = notStarted;
+        const auto notStarted = [status] { return VxRepairOutcome(VxRepairStatus(status)); };
+        table.setInstall(VxItems::GigeDriver, notStarted);
+        table.setInstall(VxItems::Usb3Driver, notStarted);
         VxOperateThread thread(table);
         thread.detectInfo(item)->bNormal = 0;
         QCOMPARE(optimize(thread, quint32(item)), QStringList{warning});
@@ -103,15 +99,15 @@ private slots:
                                      });
         std::atomic<int> nChecks{0};
         VxProbeTable table = defaultProbeTable();
-        const auto realCheck = item == 4 ? table.gigeDriverCheck : table.usb3DriverCheck;
+        const auto realCheck = item == 4 ? table.probes(VxItems::GigeDriver).check : table.probes(VxItems::Usb3Driver).check;
         const auto countedCheck = [realCheck, &nChecks](CDetectInfo &info) {
             ++nChecks;
             realCheck(info);
         };
-        table.gigeDriverCheck = countedCheck;
-        table.usb3DriverCheck = countedCheck;
-        table.gigeDriverInstall = [] { return true; };
-        table.usb3DriverInstall = [] { return true; };
+        table.setCheck(VxItems::GigeDriver, countedCheck);
+        table.setCheck(VxItems::Usb3Driver, countedCheck);
+        table.setInstall(VxItems::GigeDriver, [] { return true; });
+        table.setInstall(VxItems::Usb3Driver, [] { return true; });
         VxOperateThread thread(table);
         thread.setClock([&nNow] { return nNow += 20; });
         thread.detectInfo(item)->bNormal = 0;
@@ -153,21 +149,21 @@ private slots:
         const VxRepairStatus failure = VxRepairStatus(status);
         // The repairs behave as the real ones do when the helper's step fails:
         // the clear marks its item normal anyway, the others leave it.
-        table.sdkFileClear = [failure](CSDKPathDetectInfo &info) {
+        table.setRepair(VxItems::SdkFiles, [failure](CSDKPathDetectInfo &info) {
             info.foundFiles.clear();
             info.bNormal = 1;
-            VxPrivileged::setLastStatus(failure);
-        };
-        table.sdkFileCheck = [](CSDKPathDetectInfo &info) {
+            return VxRepairOutcome(failure);
+        });
+        table.setCheck(VxItems::SdkFiles, [](CSDKPathDetectInfo &info) {
             info.foundFiles = {{"libLuCameraControl.so", {"/usr/lib"}}};
             info.bNormal = 0;
-        };
-        table.envRepair = [failure](CEnvDetectInfo &) { VxPrivileged::setLastStatus(failure); };
-        table.envCheck = [](CEnvDetectInfo &info) { info.bNormal = 0; };
-        table.jumboRepair = [failure](CJumboPacketDetectInfo &info) {
+        });
+        table.setRepair(VxItems::EnvVariables, [failure](CEnvDetectInfo &) { return VxRepairOutcome(failure); });
+        table.setCheck(VxItems::EnvVariables, [](CEnvDetectInfo &info) { info.bNormal = 0; });
+        table.setRepair(VxItems::JumboFrame, [failure](CJumboPacketDetectInfo &info) {
             info.bNormal = 0;
-            VxPrivileged::setLastStatus(failure);
-        };
+            return VxRepairOutcome(failure);
+        });
         VxOperateThread thread(table);
         CDetectInfo *pInfo = thread.detectInfo(item);
         pInfo->bNormal = 0;
@@ -202,8 +198,8 @@ private slots:
     {
         FakeProbes fakes;
         VxProbeTable table = fakes.table();
-        table.envRepair = [](CEnvDetectInfo &) { VxPrivileged::setLastStatus(VxRepairStatus::Failed); };
-        table.envCheck = [](CEnvDetectInfo &info) { info.bNormal = 1; };
+        table.setRepair(VxItems::EnvVariables, [](CEnvDetectInfo &) { return VxRepairOutcome(VxRepairStatus::Failed); });
+        table.setCheck(VxItems::EnvVariables, [](CEnvDetectInfo &info) { info.bNormal = 1; });
         VxOperateThread thread(table);
         thread.detectInfo(1)->bNormal = 0;
         thread.detectInfo(1)->nRepairStatus = int(VxRepairStatus::NotAuthorized);

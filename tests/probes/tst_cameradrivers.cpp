@@ -38,10 +38,7 @@ private slots:
     void cleanup()
     {
         qunsetenv("VETRIX_SYSROOT");
-        qunsetenv("VETRIX_HELPER");
         qputenv("PATH", m_path);
-        VxPrivileged::overrideRoot(-1);
-        VxPrivileged::setLastStatus(VxRepairStatus::Done);
         delete m_pRoot;
     }
 
@@ -100,7 +97,7 @@ private slots:
         QTest::addColumn<bool>("started");
         QTest::addColumn<int>("status");
         QTest::newRow("no install.sh") << false << QByteArray("exec \"$@\"") << true << false
-                                       << int(VxRepairStatus::Done);
+                                       << int(VxRepairStatus::NotFound);
         QTest::newRow("no pkexec") << true << QByteArray() << true << false << int(VxRepairStatus::HelperMissing);
         QTest::newRow("no helper") << true << QByteArray("exec \"$@\"") << false << false
                                    << int(VxRepairStatus::HelperMissing);
@@ -117,7 +114,6 @@ private slots:
         QFETCH(bool, helper);
         QFETCH(bool, started);
         QFETCH(int, status);
-        VxPrivileged::overrideRoot(0);
         if (script)
             write("/opt/Orvex/Drivers/GigE/install.sh", "exit 0\n");
         else
@@ -134,11 +130,11 @@ private slots:
         const QByteArray helperExit = QTest::currentDataTag() == QByteArray("helper refused") ? "2" : "0";
         if (helper)
             executable("/fake-helper", "echo \"$@\" > '" + QFile::encodeName(root()) + "/helper-args'\nexit " + helperExit);
-        qputenv("VETRIX_HELPER", QFile::encodeName(root() + "/fake-helper"));
         qputenv("PATH", QFile::encodeName(root() + "/bin"));
-        VxPrivileged::setLastStatus(VxRepairStatus::Failed); // the install must say how it went
-        QCOMPARE(CameraDrivers::installGige(), started);
-        QCOMPARE(int(VxPrivileged::lastStatus()), status);
+        const VxPrivileges asUser(root() + "/fake-helper", VxPrivileges::Rights::User);
+        const VxRepairOutcome outcome = CameraDrivers::installGige(asUser);
+        QCOMPARE(outcome.ok(), started);
+        QCOMPARE(int(outcome.status), status);
         if (started) {
             QFile args(root() + "/helper-args");
             QVERIFY(args.open(QIODevice::ReadOnly));

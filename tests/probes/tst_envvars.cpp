@@ -328,7 +328,6 @@ private slots:
     void repairBelowAnotherRootNeedsNoHelper()
     {
         writeFile(root() + "/etc/environment", "LANG=C\n");
-        qputenv("VETRIX_HELPER", "/nonexistent/vetrix-helper"); // starting it would fail
         qputenv("LUCAM_GIGE_DEBUG_HEARTBEAT", "abc");
         const uid_t uid = ::geteuid() == 0 ? 65534 : ::geteuid();
         if (::geteuid() == 0) {
@@ -343,12 +342,12 @@ private slots:
                 ::_exit(2);
             CEnvDetectInfo info;
             EnvVars::check(info);
-            ::_exit(EnvVars::repair(info) == VxRepairStatus::Done ? 0 : 1);
+            // Starting the helper would fail.
+            ::_exit(EnvVars::repair(info, VxPrivileges("/nonexistent/vetrix-helper")) == VxRepairStatus::Done ? 0 : 1);
         }
         QVERIFY(pid > 0);
         int nStatus = 0;
         QCOMPARE(::waitpid(pid, &nStatus, 0), pid);
-        qunsetenv("VETRIX_HELPER");
         QVERIFY(WIFEXITED(nStatus));
         QCOMPARE(WEXITSTATUS(nStatus), 0);
         QCOMPARE(EtcEnvironment::valueOf(readFile(root() + "/etc/environment"), "LUCAM_GIGE_DEBUG_HEARTBEAT"), QString("60000"));

@@ -187,9 +187,7 @@ private slots:
             write("/fake-helper", "#!/bin/sh\n" + script.toLatin1() + "\n");
             QVERIFY(QFile::setPermissions(strHelper, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         }
-        qputenv("VETRIX_HELPER", strHelper.toLocal8Bit());
-        const VxRepairStatus result = VxPrivileged::runHelper("set-mtu", {"eth0", "9000"});
-        qunsetenv("VETRIX_HELPER");
+        const VxRepairStatus result = VxPrivileges(strHelper).runHelper("set-mtu", {"eth0", "9000"});
         QCOMPARE(int(result), status);
     }
 };

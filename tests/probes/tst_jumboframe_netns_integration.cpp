@@ -11,7 +11,7 @@
 // Integration test: the real netlink read and MTU write, in a network
 // namespace of its own holding a veth pair (needs root; CI runs as root).
 // The veth ends stand in for physical adapters through
-// VETRIX_PHYSICAL_IFACES.
+// NetAdapters::setPhysicalTest().
 class TstJumboFrameNetnsIntegration : public QObject
 {
     Q_OBJECT
@@ -48,7 +48,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(ip({"-o", "link", "show", "dev", "vxa"}).contains("state UP")
                                      && ip({"-o", "link", "show", "dev", "vxb"}).contains("state UP"),
                                  10000);
-        qputenv("VETRIX_PHYSICAL_IFACES", "vxa,vxb");
+        NetAdapters::setPhysicalTest([](const QString &strName) { return strName == "vxa" || strName == "vxb"; });
         m_bReady = true;
     }
 
@@ -106,7 +106,7 @@ private slots:
     {
         if (m_bReady)
             ip({"link", "del", "vxa"});
-        qunsetenv("VETRIX_PHYSICAL_IFACES");
+        NetAdapters::setPhysicalTest({});
     }
 };
 

@@ -164,9 +164,7 @@ private slots:
         CSDKPathDetectInfo info;
         info.bNormal = 0;
         info.foundFiles["libLuCamLVision.so"] = QStringList{root() + "/usr/lib", QString()};
-        qputenv("VETRIX_HELPER", QByteArray("/nonexistent/vetrix-helper"));
-        SdkFiles::clear(info);
-        qunsetenv("VETRIX_HELPER");
+        SdkFiles::clear(info, VxPrivileges("/nonexistent/vetrix-helper"));
         QCOMPARE(info.bNormal, 1);
         QVERIFY(info.foundFiles.isEmpty());
         QVERIFY(QFileInfo(root() + "/usr/lib/libLuCamLVision.so").isDir());

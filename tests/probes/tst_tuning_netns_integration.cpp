@@ -1,4 +1,5 @@
 #include "ethtoolrings.h"
+#include "netadapters.h"
 #include "rpfilter.h"
 #include "rxbuffers.h"
 #include "tuningapply.h"
@@ -194,7 +195,7 @@ private slots:
     // found, planned, repaired as root through the plan, and gone.
     void reversePathItemRepairsStrictFiltering()
     {
-        qputenv("VETRIX_PHYSICAL_IFACES", "vxa,vxb");
+        NetAdapters::setPhysicalTest([](const QString &strName) { return strName == "vxa" || strName == "vxb"; });
         // A new namespace copies the host's "all"; this one's is set here.
         for (const char *pPath : {"/proc/sys/net/ipv4/conf/all/rp_filter", "/proc/sys/net/ipv4/conf/vxa/rp_filter"}) {
             QFile file(pPath);
@@ -212,24 +213,24 @@ private slots:
         const VxPlan plan = RpFilter::plan(info);
         QCOMPARE(plan.size(), 1);
         QCOMPARE(plan.first().strTarget, QString("net.ipv4.conf.vxb.rp_filter"));
-        QCOMPARE(RpFilter::repair(info), VxRepairStatus::Done);
+        QCOMPARE(RpFilter::repair(info, VxPrivileges(QString(), VxPrivileges::Rights::Root)).status, VxRepairStatus::Done);
         QCOMPARE(proc("/proc/sys/net/ipv4/conf/vxb/rp_filter"), QByteArray("2"));
         QCOMPARE(proc("/proc/sys/net/ipv4/conf/vxa/rp_filter"), QByteArray("0"));
         QCOMPARE(info.bNormal, 1);
         QVERIFY(TuningTest::read("/", "etc/sysctl.d/90-vetrix-tool.conf")
                     .contains("# net.ipv4.conf.vxb.rp_filter before Vetrix Tool: 1\n"
                               "net.ipv4.conf.vxb.rp_filter = 2\n"));
-        qunsetenv("VETRIX_PHYSICAL_IFACES");
+        NetAdapters::setPhysicalTest({});
     }
 
     // The receive buffer item on the running system: this namespace's
     // interfaces, each ring read from the kernel (or its reason).
     void receiveBufferItemReadsTheNamespace()
     {
-        qputenv("VETRIX_PHYSICAL_IFACES", "vxa");
+        NetAdapters::setPhysicalTest([](const QString &strName) { return strName == "vxa"; });
         CRxBufferDetectInfo info;
         RxBuffers::check(info);
-        qunsetenv("VETRIX_PHYSICAL_IFACES");
+        NetAdapters::setPhysicalTest({});
         QVERIFY(info.bRingsReadable);
         QCOMPARE(info.adapters.size(), 1);
         const CRxAdapter adapter = info.adapters.first();

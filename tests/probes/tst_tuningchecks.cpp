@@ -20,6 +20,8 @@ private:
     QTemporaryDir *m_pRoot = nullptr;
 
     QString root() const { return m_pRoot->path(); }
+    // A user's rights: enough for another system root.
+    static VxPrivileges asUser() { return VxPrivileges(QString(), VxPrivileges::Rights::User); }
     bool write(const QString &strRelative, const QByteArray &content)
     {
         return TuningTest::write(root(), strRelative, content);
@@ -332,21 +334,21 @@ private slots:
         CRxBufferDetectInfo rx;
         RxBuffers::check(rx);
         QCOMPARE(rx.bNormal, 0);
-        QCOMPARE(RxBuffers::repair(rx), VxRepairStatus::Done);
+        QCOMPARE(RxBuffers::repair(rx, asUser()).status, VxRepairStatus::Done);
         QCOMPARE(rx.bNormal, 1);
         QCOMPARE(TuningTest::read(root(), "proc/sys/net/core/netdev_max_backlog"), QByteArray("10000\n"));
 
         CRpFilterDetectInfo rp;
         RpFilter::check(rp);
         QCOMPARE(rp.bNormal, 0);
-        QCOMPARE(RpFilter::repair(rp), VxRepairStatus::Done);
+        QCOMPARE(RpFilter::repair(rp, asUser()).status, VxRepairStatus::Done);
         QCOMPARE(rp.bNormal, 1);
         QCOMPARE(TuningTest::read(root(), "proc/sys/net/ipv4/conf/all/rp_filter"), QByteArray("1\n"));
         QCOMPARE(TuningTest::read(root(), "proc/sys/net/ipv4/conf/eth0/rp_filter"), QByteArray("2\n"));
 
         CUsbBufferDetectInfo usb;
         UsbBuffers::check(usb);
-        QCOMPARE(UsbBuffers::repair(usb), VxRepairStatus::Done);
+        QCOMPARE(UsbBuffers::repair(usb, asUser()).status, VxRepairStatus::Done);
         QCOMPARE(usb.nUsbfsMemoryMb, 1000);
         QCOMPARE(usb.bNormal, 1);
 
@@ -364,14 +366,14 @@ private slots:
         QVERIFY(QFile::remove(root() + "/proc/sys/net/core/rmem_default"));
         CRxBufferDetectInfo rx;
         RxBuffers::check(rx);
-        QString strError;
-        QCOMPARE(TuningApply::applyPlan(RxBuffers::plan(rx), &strError), VxRepairStatus::Done);
+        QCOMPARE(TuningApply::applyPlan(RxBuffers::plan(rx), asUser()).status, VxRepairStatus::Done);
         QVERIFY(write("proc/sys/net/core/rmem_max", "212992\n"));
         RxBuffers::check(rx);
         VxPlan plan = RxBuffers::plan(rx);
         plan.prepend(VxChange {8192, VxChangeKind::Sysctl, "net.core.rmem_default", "212992", "16777216"});
-        QCOMPARE(TuningApply::applyPlan(plan, &strError), VxRepairStatus::Failed);
-        QVERIFY(strError.contains("rmem_default"));
+        const VxRepairOutcome outcome = TuningApply::applyPlan(plan, asUser());
+        QCOMPARE(outcome.status, VxRepairStatus::Failed);
+        QVERIFY(outcome.strReason.contains("rmem_default"));
         QCOMPARE(TuningTest::read(root(), "proc/sys/net/core/rmem_max"), QByteArray("212992\n"));
     }
 

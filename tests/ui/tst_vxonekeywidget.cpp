@@ -165,8 +165,8 @@ void TestVxOneKeyWidget::optimizationClearsExceptionsAndDisablesButton()
     FakeProbes *pFakes = m_pFakes;
     VxOperateThread::setProbeTableSource([pFakes, &bRepaired] {
         VxProbeTable table = pFakes->tableWithoutTrees();
-        table.envCheck = [&bRepaired](CEnvDetectInfo &info) { info.bNormal = bRepaired; };
-        table.envRepair = [&bRepaired](CEnvDetectInfo &) { bRepaired = true; };
+        table.setCheck(VxItems::EnvVariables, [&bRepaired](CEnvDetectInfo &info) { info.bNormal = bRepaired; });
+        table.setRepair(VxItems::EnvVariables, [&bRepaired](CEnvDetectInfo &) { bRepaired = true; });
         return table;
     });
     VxOneKeyWidget page;
@@ -193,7 +193,7 @@ void TestVxOneKeyWidget::repairFromTreeReentersStateFour()
     FakeProbes *pFakes = m_pFakes;
     VxOperateThread::setProbeTableSource([pFakes] {
         VxProbeTable table = pFakes->tableWithoutTrees();
-        table.jumboCheck = [](CJumboPacketDetectInfo &info) { info.bNormal = 0; };
+        table.setCheck(VxItems::JumboFrame, [](CJumboPacketDetectInfo &info) { info.bNormal = 0; });
         return table;
     });
     VxOneKeyWidget page;
@@ -254,8 +254,8 @@ void TestVxOneKeyWidget::groupNumbersFollowGrades()
     FakeProbes *pFakes = m_pFakes;
     VxOperateThread::setProbeTableSource([pFakes] {
         VxProbeTable table = pFakes->tableWithoutTrees();
-        table.sdkFileCheck = [](CSDKPathDetectInfo &info) { info.bNormal = 0; };
-        table.firewallCheck = [](CDetectInfo &info) { info.bNormal = 0; };
+        table.setCheck(VxItems::SdkFiles, [](CSDKPathDetectInfo &info) { info.bNormal = 0; });
+        table.setCheck(VxItems::Firewall, [](CDetectInfo &info) { info.bNormal = 0; });
         return table;
     });
     VxOneKeyWidget page;

@@ -93,18 +93,18 @@ void TestVxOneKeyWidgetRun::optimizationTitleCountsFinishedItems()
     FakeProbes *pFakes = m_pFakes;
     VxOperateThread::setProbeTableSource([&, pFakes] {
         VxProbeTable table = pFakes->tableWithoutTrees();
-        table.sdkFileCheck = [&](CSDKPathDetectInfo &info) { info.bNormal = bSdkCleared; };
-        table.sdkFileClear = [&](CSDKPathDetectInfo &info) {
+        table.setCheck(VxItems::SdkFiles, [&](CSDKPathDetectInfo &info) { info.bNormal = bSdkCleared; });
+        table.setRepair(VxItems::SdkFiles, [&](CSDKPathDetectInfo &info) {
             bSdkCleared = true;
             info.bNormal = 1;
-        };
-        table.envCheck = [&](CEnvDetectInfo &info) { info.bNormal = bEnvRepaired; };
-        table.envRepair = [&](CEnvDetectInfo &) { bEnvRepaired = true; };
-        table.jumboCheck = [&](CJumboPacketDetectInfo &info) { info.bNormal = bJumboRepaired; };
-        table.jumboRepair = [&](CJumboPacketDetectInfo &info) {
+        });
+        table.setCheck(VxItems::EnvVariables, [&](CEnvDetectInfo &info) { info.bNormal = bEnvRepaired; });
+        table.setRepair(VxItems::EnvVariables, [&](CEnvDetectInfo &) { bEnvRepaired = true; });
+        table.setCheck(VxItems::JumboFrame, [&](CJumboPacketDetectInfo &info) { info.bNormal = bJumboRepaired; });
+        table.setRepair(VxItems::JumboFrame, [&](CJumboPacketDetectInfo &info) {
             bJumboRepaired = bJumboRepairWorks.load();
             info.bNormal = bJumboRepaired;
-        };
+        });
         return table;
     });
     VxOneKeyWidget page;
@@ -158,20 +158,20 @@ void TestVxOneKeyWidgetRun::rowButtonsWaitForTheWorker()
     FakeProbes *pFakes = m_pFakes;
     VxOperateThread::setProbeTableSource([&, pFakes] {
         VxProbeTable table = pFakes->tableWithoutTrees();
-        table.envCheck = [&](CEnvDetectInfo &info) { info.bNormal = bEnvRepaired; };
-        table.envRepair = [&](CEnvDetectInfo &) { bEnvRepaired = true; };
-        table.gigeDriverCheck = [&](CDetectInfo &info) { info.bNormal = bGigeInstalled; };
-        table.gigeDriverInstall = [&] {
+        table.setCheck(VxItems::EnvVariables, [&](CEnvDetectInfo &info) { info.bNormal = bEnvRepaired; });
+        table.setRepair(VxItems::EnvVariables, [&](CEnvDetectInfo &) { bEnvRepaired = true; });
+        table.setCheck(VxItems::GigeDriver, [&](CDetectInfo &info) { info.bNormal = bGigeInstalled; });
+        table.setInstall(VxItems::GigeDriver, [&] {
             gigeInstall.pass();
             bGigeInstalled = true;
             return true;
-        };
-        table.usb3DriverCheck = [&](CDetectInfo &info) { info.bNormal = bUsbInstalled; };
-        table.usb3DriverInstall = [&] {
+        });
+        table.setCheck(VxItems::Usb3Driver, [&](CDetectInfo &info) { info.bNormal = bUsbInstalled; });
+        table.setInstall(VxItems::Usb3Driver, [&] {
             ++nUsbInstalls;
             bUsbInstalled = true;
             return true;
-        };
+        });
         return table;
     });
     VxOneKeyWidget page;
@@ -210,8 +210,8 @@ void TestVxOneKeyWidgetRun::languageChangeKeepsTheProgress()
     FakeProbes *pFakes = m_pFakes;
     VxOperateThread::setProbeTableSource([&, pFakes] {
         VxProbeTable table = pFakes->tableWithoutTrees();
-        table.sdkFileCheck = [](CSDKPathDetectInfo &info) { info.bNormal = 0; };
-        table.firewallCheck = [&](CDetectInfo &) { firewall.pass(); };
+        table.setCheck(VxItems::SdkFiles, [](CSDKPathDetectInfo &info) { info.bNormal = 0; });
+        table.setCheck(VxItems::Firewall, [&](CDetectInfo &) { firewall.pass(); });
         return table;
     });
     VxOneKeyWidget page;

@@ -1,0 +1,158 @@
+#include "cdetectinfo.h"
+#include "vxitemregistry.h"
+#include "vxitems.h"
+#include "vxprobetable.h"
+
+#include <QMetaEnum>
+#include <QSet>
+#include <QTest>
+
+#include <memory>
+
+// The item rows are the program's one description of its items: every id
+// has one, and each row has what its button and repair need.
+class TstVxItemRegistry : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyItemHasOneRow()
+    {
+        const QMetaEnum ids = QMetaEnum::fromType<VxItems::ItemId>();
+        QVERIFY(ids.keyCount() >= 12);
+        for (int i = 0; i < ids.keyCount(); ++i) {
+            const quint32 nId = quint32(ids.value(i));
+            QVERIFY2(VxItemRegistry::row(nId), ids.key(i));
+            QCOMPARE(quint32(VxItemRegistry::row(nId)->id), nId);
+        }
+        QCOMPARE(VxItemRegistry::rows().size(), ids.keyCount());
+    }
+
+    void idsAreSingleBitsAndUnique()
+    {
+        QSet<quint32> seen;
+        for (const VxItemRow &row : VxItemRegistry::rows()) {
+            QVERIFY2(row.id != 0 && (row.id & (row.id - 1)) == 0, row.pName);
+            QVERIFY2(!seen.contains(row.id), row.pName);
+            seen.insert(row.id);
+        }
+    }
+
+    // Each row checked against this platform's real probes.
+    void rowsAreComplete()
+    {
+        const VxProbeTable table = defaultProbeTable();
+        for (const VxItemRow &row : VxItemRegistry::rows()) {
+            const QStringList gaps = VxItemRegistry::rowGaps(row, table.probes(row.id));
+            QVERIFY2(gaps.isEmpty(), qPrintable(QString::fromLatin1(row.pName) + ": " + gaps.join("; ")));
+        }
+    }
+
+    // The gap finder itself: each rule is broken once on a copy of a real row.
+    void gapsAreFound_data()
+    {
+        QTest::addColumn<int>("item");
+        QTest::addColumn<QString>("breakage");
+        QTest::addColumn<QString>("gap");
+        QTest::newRow("repair button without repair probe") << 256 << "no repair probe" << "a repair without a repair probe";
+        QTest::newRow("install without install probe") << 4 << "no install probe" << "an install without its install and check probes";
+        QTest::newRow("install without label") << 8 << "no label" << "an install without a loading text";
+        QTest::newRow("clickable button without action") << 2048 << "no action" << "a button that can be clicked but does nothing";
+        QTest::newRow("repair text without repair") << 2 << "no repair kind" << "a repair button without a repair";
+        QTest::newRow("detected without check") << 1024 << "no check" << "detected without a check";
+        QTest::newRow("no record factory") << 128 << "no factory" << "no record factory";
+        QTest::newRow("no lines") << 512 << "no lines" << "no result lines";
+        QTest::newRow("no facts") << 32 << "no facts" << "no report facts";
+        QTest::newRow("recheck without check") << 2 << "no check" << "a recheck without a check";
+        QTest::newRow("install text without install") << 8 << "no install kind" << "an install button without an install";
+    }
+    void gapsAreFound()
+    {
+        QFETCH(int, item);
+        QFETCH(QString, breakage);
+        QFETCH(QString, gap);
+        const VxItemRow *pRow = VxItemRegistry::row(quint32(item));
+        QVERIFY(pRow);
+        VxItemRow row = *pRow;
+        VxItemProbes probes = defaultProbeTable().probes(row.id);
+        QVERIFY(VxItemRegistry::rowGaps(row, probes).isEmpty());
+        if (breakage == "no repair probe")
+            probes.repair = nullptr;
+        else if (breakage == "no install probe")
+            probes.install = nullptr;
+        else if (breakage == "no label")
+            row.pInstallLabel = nullptr;
+        else if (breakage == "no action")
+            row.action = VxRowAction::None;
+        else if (breakage == "no repair kind")
+            row.repair = VxRepairKind::None, row.nOptimizeRank = 0;
+        else if (breakage == "no check")
+            probes.check = nullptr;
+        else if (breakage == "no factory")
+            row.create = nullptr;
+        else if (breakage == "no lines")
+            row.lines = nullptr;
+        else if (breakage == "no facts")
+            row.facts = nullptr;
+        else if (breakage == "no install kind")
+            row.repair = VxRepairKind::None, row.nOptimizeRank = 0;
+        else
+            QFAIL("unknown breakage");
+        const QStringList gaps = VxItemRegistry::rowGaps(row, probes);
+        QVERIFY2(gaps.contains(gap), qPrintable(gaps.join("; ")));
+    }
+
+    // Orders and masks come from the rows and match the product's.
+    void derivedOrdersAndMasks()
+    {
+        QCOMPARE(VxItemRegistry::detectOrder(), (QVector<int>{1, 2, 4, 8, 32, 512, 1024, 256, 128, 2048}));
+        QCOMPARE(VxItemRegistry::optimizeOrder(), (QVector<int>{1, 2, 4, 8, 256}));
+        QCOMPARE(VxItemRegistry::groupMask(VxItems::SdkGroup), VxItems::kSdkGroupMask);
+        QCOMPARE(VxItemRegistry::groupMask(VxItems::DriverGroup), VxItems::kDriverGroupMask);
+        QCOMPARE(VxItemRegistry::groupMask(VxItems::SystemGroup), VxItems::kSystemGroupMask);
+        QCOMPARE(VxItemRegistry::shownMask() & VxItems::kAllItemsMask, VxItems::kAllItemsMask);
+        for (int nGroup : VxItemRegistry::groups()) {
+            quint32 uRows = 0;
+            for (int nItem : VxItemRegistry::displayOrder(nGroup))
+                uRows |= quint32(nItem);
+            QCOMPARE(uRows, VxItemRegistry::groupMask(nGroup));
+        }
+    }
+
+    // Each row's factory makes a record its own class test accepts, and the
+    // class tests tell the record classes apart.
+    void factoriesMatchClassTests()
+    {
+        for (const VxItemRow &row : VxItemRegistry::rows()) {
+            if (!row.create)
+                continue;
+            std::unique_ptr<CDetectInfo> pRecord(row.create());
+            QVERIFY(pRecord);
+            QVERIFY2(row.fits(*pRecord), row.pName);
+            std::unique_ptr<CDetectInfo> pPlain(new CDetectInfo);
+            const bool bPlainRecord = typeid(*pRecord) == typeid(CDetectInfo);
+            QCOMPARE(row.fits(*pPlain), bPlainRecord);
+        }
+    }
+
+    // A table entry written for a record class refuses a record of another
+    // class instead of misreading it.
+    void typedEntriesCheckTheRecordClass()
+    {
+        VxProbeTable table;
+        int nCalls = 0;
+        table.setCheck(VxItems::JumboFrame, [&nCalls](CJumboPacketDetectInfo &) { ++nCalls; });
+        table.setRepair(VxItems::JumboFrame, [&nCalls](CJumboPacketDetectInfo &) { ++nCalls; });
+        CNetworkSpeedDetectInfo wrong;
+        CJumboPacketDetectInfo right;
+        table.probes(VxItems::JumboFrame).check(wrong);
+        QCOMPARE(table.probes(VxItems::JumboFrame).repair(wrong).status, VxRepairStatus::Failed);
+        QCOMPARE(nCalls, 0);
+        table.probes(VxItems::JumboFrame).check(right);
+        QVERIFY(table.probes(VxItems::JumboFrame).repair(right).ok());
+        QCOMPARE(nCalls, 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TstVxItemRegistry)
+#include "tst_vxitemregistry.moc"
