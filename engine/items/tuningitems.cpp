@@ -1,32 +1,83 @@
 // The camera host tuning group: whether a camera that works loses frames on
-// this PC through its USB link.
+// this PC. USB buffer memory, network receive buffers, reverse-path
+// filtering, the GenTL producers and the USB3 Vision links. Their lines and
+// facts come from the probes.
 #include "itemrows.h"
 
+#include "gentlproducers.h"
+#include "rpfilter.h"
+#include "rxbuffers.h"
+#include "usbbuffers.h"
 #include "usblink.h"
 
 namespace {
 
-VxItemProbes usbLinkProbes(const VxPrivileges &)
+// The probes' line and fact writers, for any record of the item's class.
+template<typename Record, QStringList (*Lines)(const Record &)>
+QStringList linesOf(const CDetectInfo &info)
+{
+    auto *pRecord = dynamic_cast<const Record *>(&info);
+    return pRecord ? Lines(*pRecord) : QStringList();
+}
+template<typename Record, QJsonObject (*Facts)(const Record &)>
+QJsonObject factsOf(const CDetectInfo &info)
+{
+    auto *pRecord = dynamic_cast<const Record *>(&info);
+    return pRecord ? Facts(*pRecord) : QJsonObject();
+}
+
+// A check and a repair that makes the changes of its plan.
+template<typename Record, auto Check, auto Repair>
+VxItemProbes repairableProbes(const VxPrivileges &rights)
 {
     VxItemProbes probes;
-    probes.check = vxCheck([](CUsbLinkDetectInfo &info) { VxUsbLink::check(info); });
+    probes.check = vxCheck(Check);
+    probes.repair = vxRepair([rights](Record &info) { return Repair(info, rights); });
     return probes;
 }
 
+// A row of the group: detected after the other groups' items, its lines in
+// a box when asked; repaired (where it has a repair) after the others.
+template<typename Record, QStringList (*Lines)(const Record &), QJsonObject (*Facts)(const Record &)>
+VxItemRow tuningRow(VxItems::ItemId id, const char *pName, int nRank, bool bRepair)
+{
+    VxItemRow row = recordRow<Record>(id, pName, VxItems::CameraHostTuningGroup, 10 + nRank, nRank);
+    row.button = {VxItems::BtnNormal, false, VxItems::BtnViewSolution, true};
+    row.action = VxRowAction::Dialog; // no dialog of its own: its lines in a box
+    if (bRepair) {
+        row.nOptimizeRank = 5 + nRank;
+        row.repair = VxRepairKind::Repair; // the repairs check again themselves
+    }
+    row.lines = linesOf<Record, Lines>;
+    row.facts = factsOf<Record, Facts>;
+    return row;
+}
 } // namespace
 
 QVector<VxItemRow> tuningItemRows()
 {
-    VxItemRow link{VxItems::UsbLink, QT_TRANSLATE_NOOP("VxOneKeyResult", "USB3 Vision Link"),
-                   VxItems::CameraHostTuningGroup};
-    link.nDetectRank = 11; // after the spec's items
-    link.nDisplayRank = 1;
+    auto usb = tuningRow<CUsbBufferDetectInfo, usbBufferLines, usbBufferFacts>(
+        VxItems::UsbBufferMemory, QT_TRANSLATE_NOOP("VxOneKeyResult", "USB Buffer Memory"), 1, true);
+    usb.defaultProbes = repairableProbes<CUsbBufferDetectInfo, UsbBuffers::check, UsbBuffers::repair>;
+
+    auto rx = tuningRow<CRxBufferDetectInfo, rxBufferLines, rxBufferFacts>(
+        VxItems::ReceiveBuffers, QT_TRANSLATE_NOOP("VxOneKeyResult", "Network Receive Buffers"), 2, true);
+    rx.defaultProbes = repairableProbes<CRxBufferDetectInfo, RxBuffers::check, RxBuffers::repair>;
+
+    auto rp = tuningRow<CRpFilterDetectInfo, rpFilterLines, rpFilterFacts>(
+        VxItems::ReversePathFilter, QT_TRANSLATE_NOOP("VxOneKeyResult", "Reverse-Path Filter"), 3, true);
+    rp.defaultProbes = repairableProbes<CRpFilterDetectInfo, RpFilter::check, RpFilter::repair>;
+
+    auto gentl = tuningRow<CGenTLDetectInfo, genTLLines, genTLFacts>(
+        VxItems::GenTLProducers, QT_TRANSLATE_NOOP("VxOneKeyResult", "GenTL Producers"), 4, false);
+    gentl.defaultProbes = checkOnly<GenTLProducers::check>;
+
+    auto link = recordRow<CUsbLinkDetectInfo>(VxItems::UsbLink, QT_TRANSLATE_NOOP("VxOneKeyResult", "USB3 Vision Link"),
+                                              VxItems::CameraHostTuningGroup, 15, 5);
     link.button = {VxItems::BtnNormal, false, VxItems::BtnViewSolution, true};
-    link.action = VxRowAction::Dialog; // no dialog of its own: its lines in a box
-    link.create = vxNewRecord<CUsbLinkDetectInfo>;
-    link.fits = vxRecordFits<CUsbLinkDetectInfo>;
-    link.defaultProbes = usbLinkProbes;
+    link.action = VxRowAction::Dialog;
+    link.defaultProbes = checkOnly<static_cast<void (*)(CUsbLinkDetectInfo &)>(VxUsbLink::check)>;
     link.lines = usbLinkLines;
     link.facts = usbLinkFacts;
-    return {link};
+    return {usb, rx, rp, gentl, link};
 }

@@ -20,6 +20,10 @@ enum ItemId : quint32 {
     UsbControllerInfo = 512,
     Firewall = 1024,
     SystemInfo = 2048,
+    UsbBufferMemory = 4096,    // usbfs buffer memory (Linux), USB selective suspend (Windows)
+    ReceiveBuffers = 8192,     // socket and adapter receive buffers
+    ReversePathFilter = 16384, // strict reverse-path filtering (Linux)
+    GenTLProducers = 32768,    // the GenTL producers on the GenTL paths
     UsbLink = 65536, // USB3 Vision cameras at SuperSpeed, not sharing a host controller
 };
 Q_ENUM_NS(ItemId)

@@ -812,6 +812,218 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <translation>USB3 Vision 链路</translation>
     </message>
     <message>
+        <source>not a program library</source>
+        <translation>不是程序库</translation>
+    </message>
+    <message>
+        <source>%1-bit %2 program for %3, not a library</source>
+        <translation>%3 平台的 %1 位 %2 程序，不是库</translation>
+    </message>
+    <message>
+        <source>%1-bit %2 library for %3</source>
+        <translation>%3 平台的 %1 位 %2 库</translation>
+    </message>
+    <message>
+        <source>%1 is not set: 64-bit programs find no GenTL producer. Set it to the folders of the installed producers.</source>
+        <translation>%1 未设置：64 位程序找不到 GenTL 生产者。请将其设置为已安装生产者所在的文件夹。</translation>
+    </message>
+    <message>
+        <source>Folder %1 in %2 does not exist: remove it from %2 or install the producer there.</source>
+        <translation>%2 中的文件夹 %1 不存在：请将其从 %2 中删除，或在该处安装生产者。</translation>
+    </message>
+    <message>
+        <source>Folder %1 in %2 holds no GenTL producer (.cti): remove it from %2 or install the producer there.</source>
+        <translation>%2 中的文件夹 %1 不含 GenTL 生产者（.cti）：请将其从 %2 中删除，或在该处安装生产者。</translation>
+    </message>
+    <message>
+        <source>GenTL producer: %1 (%2).</source>
+        <translation>GenTL 生产者：%1（%2）。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: check its permissions.</source>
+        <translation>无法读取 %1：请检查其权限。</translation>
+    </message>
+    <message>
+        <source>%1 is %2: replace it with the producer&apos;s library.</source>
+        <translation>%1 是%2：请用生产者的库替换它。</translation>
+    </message>
+    <message>
+        <source>%1 is a %2, but %3 needs a %4: install the matching producer.</source>
+        <translation>%1 是%2，但 %3 需要%4：请安装匹配的生产者。</translation>
+    </message>
+    <message>
+        <source>GenTL producer %1 is in more than one folder of %2 (%3): keep one copy.</source>
+        <translation>GenTL 生产者 %1 位于 %2 的多个文件夹中（%3）：请只保留一份。</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>strict</source>
+        <translation>严格</translation>
+    </message>
+    <message>
+        <source>loose</source>
+        <translation>宽松</translation>
+    </message>
+    <message>
+        <source>This system has no reverse-path filter setting.</source>
+        <translation>此系统没有反向路径过滤设置。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read.</source>
+        <translation>无法读取 %1。</translation>
+    </message>
+    <message>
+        <source>The reverse-path filter of %1 cannot be read.</source>
+        <translation>无法读取 %1 的反向路径过滤设置。</translation>
+    </message>
+    <message>
+        <source>The reverse-path filter of %1 is strict (all: %2, %1: %3): replies from cameras on other subnets are dropped.</source>
+        <translation>%1 的反向路径过滤为严格模式（all：%2，%1：%3）：来自其他子网相机的应答会被丢弃。</translation>
+    </message>
+    <message>
+        <source>The reverse-path filter of %1 is %2.</source>
+        <translation>%1 的反向路径过滤为%2。</translation>
+    </message>
+    <message>
+        <source>No physical network adapter found.</source>
+        <translation>未找到物理网络适配器。</translation>
+    </message>
+    <message>
+        <source>%1 is %2; cameras need at least %3.</source>
+        <translation>%1 为 %2；相机至少需要 %3。</translation>
+    </message>
+    <message>
+        <source>%1 is %2.</source>
+        <translation>%1 为 %2。</translation>
+    </message>
+    <message>
+        <source>Receive rings are read from the running system only: not available.</source>
+        <translation>接收环只能从正在运行的系统读取：不可用。</translation>
+    </message>
+    <message>
+        <source>Receive buffers of %1: the driver offers no setting.</source>
+        <translation>%1 的接收缓冲区：驱动未提供此设置。</translation>
+    </message>
+    <message>
+        <source>Receive ring of %1: not available (%2).</source>
+        <translation>%1 的接收环：不可用（%2）。</translation>
+    </message>
+    <message>
+        <source>Receive buffers of %1: %2 of at most %3.</source>
+        <translation>%1 的接收缓冲区：%2，最大可为 %3。</translation>
+    </message>
+    <message>
+        <source>Receive ring of %1: %2 of at most %3 entries.</source>
+        <translation>%1 的接收环：%2 项，最多可为 %3 项。</translation>
+    </message>
+    <message>
+        <source>Receive buffers of %1: %2 (the maximum).</source>
+        <translation>%1 的接收缓冲区：%2（已为最大值）。</translation>
+    </message>
+    <message>
+        <source>Receive ring of %1: %2 entries (the maximum).</source>
+        <translation>%1 的接收环：%2 项（已为最大值）。</translation>
+    </message>
+    <message>
+        <source>Interrupt moderation of %1 is off: every frame costs an interrupt.</source>
+        <translation>%1 的中断节流已关闭：每一帧都会产生一次中断。</translation>
+    </message>
+    <message>
+        <source>Interrupt moderation of %1 is on.</source>
+        <translation>%1 的中断节流已开启。</translation>
+    </message>
+    <message>
+        <source>Cannot read %1.</source>
+        <translation>无法读取 %1。</translation>
+    </message>
+    <message>
+        <source>Cannot write %1: %2</source>
+        <translation>无法写入 %1：%2</translation>
+    </message>
+    <message>
+        <source>%1 did not take the value %2 (it reads %3).</source>
+        <translation>%1 未接受值 %2（读回为 %3）。</translation>
+    </message>
+    <message>
+        <source>Cannot write %1; the running value was set back.</source>
+        <translation>无法写入 %1；运行中的值已恢复原值。</translation>
+    </message>
+    <message>
+        <source>The change is not one this program makes: %1 %2 = %3</source>
+        <translation>本程序不进行此项更改：%1 %2 = %3</translation>
+    </message>
+    <message>
+        <source>Changing the system settings needs administrator rights.</source>
+        <translation>更改系统设置需要管理员权限。</translation>
+    </message>
+    <message>
+        <source>The receive ring of %1 can be set on the running system only.</source>
+        <translation>%1 的接收环只能在正在运行的系统上设置。</translation>
+    </message>
+    <message>
+        <source>Cannot set the receive ring of %1: %2</source>
+        <translation>无法设置 %1 的接收环：%2</translation>
+    </message>
+    <message>
+        <source>USB selective suspend is enabled in the power plan %1: Windows may suspend a camera between frames.</source>
+        <translation>电源计划 %1 中已启用 USB 选择性暂停：Windows 可能在两帧之间挂起相机。</translation>
+    </message>
+    <message>
+        <source>USB selective suspend is disabled in the power plan %1.</source>
+        <translation>电源计划 %1 中已禁用 USB 选择性暂停。</translation>
+    </message>
+    <message>
+        <source>The USB selective suspend setting of the active power plan cannot be read.</source>
+        <translation>无法读取当前电源计划的 USB 选择性暂停设置。</translation>
+    </message>
+    <message>
+        <source>The USB buffer memory cannot be read (the usbcore module is not loaded).</source>
+        <translation>无法读取 USB 缓冲内存（usbcore 模块未加载）。</translation>
+    </message>
+    <message>
+        <source>USB buffer memory (usbfs_memory_mb): unlimited.</source>
+        <translation>USB 缓冲内存（usbfs_memory_mb）：不限。</translation>
+    </message>
+    <message>
+        <source>USB buffer memory (usbfs_memory_mb) is %1 MB; USB3 Vision cameras need at least %2 MB.</source>
+        <translation>USB 缓冲内存（usbfs_memory_mb）为 %1 MB；USB3 Vision 相机至少需要 %2 MB。</translation>
+    </message>
+    <message>
+        <source>USB buffer memory (usbfs_memory_mb): %1 MB.</source>
+        <translation>USB 缓冲内存（usbfs_memory_mb）：%1 MB。</translation>
+    </message>
+    <message>
+        <source>USB3 Vision camera found: %1.</source>
+        <translation>发现 USB3 Vision 相机：%1。</translation>
+    </message>
+    <message>
+        <source>USB 3 root hub found: %1.</source>
+        <translation>发现 USB 3 根集线器：%1。</translation>
+    </message>
+    <message>
+        <source>No USB 3 controller or USB3 Vision camera found.</source>
+        <translation>未发现 USB 3 控制器或 USB3 Vision 相机。</translation>
+    </message>
+    <message>
+        <source>USB Buffer Memory</source>
+        <translation>USB 缓冲内存</translation>
+    </message>
+    <message>
+        <source>Network Receive Buffers</source>
+        <translation>网络接收缓冲区</translation>
+    </message>
+    <message>
+        <source>Reverse-Path Filter</source>
+        <translation>反向路径过滤</translation>
+    </message>
+    <message>
+        <source>GenTL Producers</source>
+        <translation>GenTL 生产者</translation>
+    </message>
+    <message>
         <source>Camera Host Tuning</source>
         <translation>相机主机调优</translation>
     </message>

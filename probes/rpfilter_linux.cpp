@@ -1,0 +1,45 @@
+#include "rpfilter.h"
+
+#include "netadapters.h"
+#include "tuningapply.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace RpFilter {
+
+namespace {
+
+int readValue(const QString &strInterface)
+{
+    const QString strPath = TuningApply::sysctlPath(QStringLiteral("net.ipv4.conf.%1.rp_filter").arg(strInterface));
+    QFile file(strPath);
+    if (strPath.isEmpty() || !QFileInfo(strPath).isFile() || !file.open(QIODevice::ReadOnly))
+        return -1;
+    bool bOk = false;
+    const int nValue = QString::fromLatin1(file.read(16)).trimmed().toInt(&bOk);
+    return bOk && nValue >= 0 && nValue <= 2 ? nValue : -1;
+}
+
+} // namespace
+
+void check(CRpFilterDetectInfo &info)
+{
+    info.bApplicable = true;
+    info.adapters.clear();
+    info.nAll = readValue(QStringLiteral("all"));
+    for (const CLinkFacts &link : NetAdapters::readLinks()) {
+        if (NetAdapters::isPhysical(link.strName))
+            info.adapters.insert(link.strName, readValue(link.strName));
+    }
+    info.bNormal = isExceptional(info) ? 0 : 1;
+}
+
+VxRepairOutcome repair(CRpFilterDetectInfo &info, const VxPrivileges &rights)
+{
+    const VxRepairOutcome outcome = TuningApply::applyPlan(plan(info), rights);
+    check(info);
+    return outcome;
+}
+
+} // namespace RpFilter

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "cdetectinfo.h"
+#include "vxchange.h"
+#include "vxrepair.h"
+
+#include <QJsonObject>
+#include <QList>
+#include <QMap>
+#include <QStringList>
+
+#include <functional>
+
+struct CRxRing;
+
+// One physical network adapter's receive settings.
+struct CRxAdapter
+{
+    QString strName; // interface name (Linux), adapter description (Windows)
+    QString strDriverKey; // Windows: the adapter's class key "{4D36E972-...}\NNNN"
+    qint64 nRx = -1; // RX ring entries / *ReceiveBuffers; -1 not known
+    qint64 nRxMax = -1; // the most the driver offers; -1 not known
+    // Windows: *InterruptModeration 1 on, 0 off, -1 the driver has none
+    int nInterruptModeration = -1;
+    QString strReason; // why the receive buffers are not known
+};
+
+// Item 8192 "network receive buffers": whether the host can take a camera's
+// bursts. Linux: net.core.rmem_max and net.core.rmem_default below 16 MiB,
+// net.core.netdev_max_backlog below 10000, and each physical adapter's RX
+// ring below its maximum are exceptional. Windows: per adapter, the driver's
+// *ReceiveBuffers below its maximum and *InterruptModeration off.
+class CRxBufferDetectInfo : public CDetectInfo
+{
+public:
+    CRxBufferDetectInfo() { nItem = 8192; }
+    ~CRxBufferDetectInfo() override;
+
+    QMap<QString, qint64> sysctls; // Linux: key -> value, -1 cannot be read
+    // Linux: false with another system root, whose rings are not this
+    // machine's: they are "not available" and not graded.
+    bool bRingsReadable = true;
+    QList<CRxAdapter> adapters;
+};
+
+namespace RxBuffers {
+
+constexpr quint32 kItemId = 8192;
+constexpr qint64 kMinimumRmem = 16777216; // 16 MiB
+constexpr qint64 kMinimumBacklog = 10000;
+
+// The sysctl keys read, in the order shown, and the least each should be.
+QStringList sysctlKeys();
+qint64 minimumOf(const QString &strKey);
+
+void check(CRxBufferDetectInfo &info);
+bool isExceptional(const CRxBufferDetectInfo &info);
+
+// Linux: Sysctl changes to the minimum and RxRing changes to the maximum.
+// Windows: kReceiveBuffersKind to the maximum and kInterruptModerationKind
+// to on, targets the class keys.
+VxPlan plan(const CRxBufferDetectInfo &info);
+
+// Makes the plan's changes and checks again (Windows: then restarts the
+// adapters as the jumbo repair does; Linux: as root, see
+// TuningApply::applyPlan).
+VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights);
+
+inline constexpr char kReceiveBuffersKind[] = "receive-buffers";
+inline constexpr char kInterruptModerationKind[] = "interrupt-moderation";
+
+// Test seam (Linux): replaces the ethtool ring read, so fixture roots can
+// carry rings (an empty function restores the default, which reads the
+// running kernel with the live root only).
+using RingReader = std::function<bool(const QString &strName, CRxRing *pRing, QString *pError)>;
+void setRingReader(RingReader reader);
+
+} // namespace RxBuffers
+
+QStringList rxBufferLines(const CRxBufferDetectInfo &info);
+QJsonObject rxBufferFacts(const CRxBufferDetectInfo &info);

@@ -1,0 +1,78 @@
+#include "rxbuffers.h"
+
+#include "ethtoolrings.h"
+#include "luinterface.h"
+#include "netadapters.h"
+#include "tuningapply.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+
+namespace RxBuffers {
+
+namespace {
+
+RingReader &ringReader()
+{
+    static RingReader reader;
+    return reader;
+}
+
+qint64 readSysctl(const QString &strKey)
+{
+    const QString strPath = TuningApply::sysctlPath(strKey);
+    QFile file(strPath);
+    if (!QFileInfo(strPath).isFile() || !file.open(QIODevice::ReadOnly))
+        return -1;
+    bool bOk = false;
+    const qint64 nValue = QString::fromLatin1(file.read(64)).trimmed().toLongLong(&bOk);
+    return bOk && nValue >= 0 ? nValue : -1;
+}
+
+} // namespace
+
+void setRingReader(RingReader reader)
+{
+    ringReader() = std::move(reader);
+}
+
+void check(CRxBufferDetectInfo &info)
+{
+    info.sysctls.clear();
+    info.adapters.clear();
+    for (const QString &strKey : sysctlKeys())
+        info.sysctls.insert(strKey, readSysctl(strKey));
+    // Rings come from the running kernel: with another system root they
+    // are not that system's.
+    info.bRingsReadable = ringReader() || LuInterface::isLiveRoot();
+    for (const CLinkFacts &link : NetAdapters::readLinks()) {
+        if (!NetAdapters::isPhysical(link.strName))
+            continue;
+        CRxAdapter adapter;
+        adapter.strName = link.strName;
+        if (info.bRingsReadable) {
+            CRxRing ring;
+            QString strError;
+            const bool bRead = ringReader() ? ringReader()(link.strName, &ring, &strError)
+                                            : EthtoolRings::read(link.strName, &ring, &strError);
+            if (bRead) {
+                adapter.nRx = ring.uRx;
+                adapter.nRxMax = ring.uRxMax;
+            } else {
+                adapter.strReason = strError;
+            }
+        }
+        info.adapters << adapter;
+    }
+    info.bNormal = isExceptional(info) ? 0 : 1;
+}
+
+VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights)
+{
+    const VxRepairOutcome outcome = TuningApply::applyPlan(plan(info), rights);
+    check(info);
+    return outcome;
+}
+
+} // namespace RxBuffers
