@@ -189,16 +189,16 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <translation>命令行修复仅在 Linux 上可用。</translation>
     </message>
     <message>
+        <source>No USB host controller was found.</source>
+        <translation>未找到USB主控制器。</translation>
+    </message>
+    <message>
         <source>The USB tree could not be read (the probe library is missing).</source>
         <translation>无法读取 USB 树(缺少探测库)。</translation>
     </message>
     <message>
         <source>Usage: %1 --usb-tree [--format text|json]</source>
         <translation>用法:%1 --usb-tree [--format text|json]</translation>
-    </message>
-    <message>
-        <source>No USB host controller was found.</source>
-        <translation>未找到USB主控制器。</translation>
     </message>
 </context>
 <context>
@@ -740,76 +740,28 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <translation>未找到USB主控制器。</translation>
     </message>
     <message>
-        <source>an unknown speed</source>
-        <translation>未知速率</translation>
+        <source>USB Buffer Memory</source>
+        <translation>USB 缓冲内存</translation>
     </message>
     <message>
-        <source>1.5 Mbit/s (Low Speed)</source>
-        <translation>1.5 Mbit/s(低速)</translation>
+        <source>Network Receive Buffers</source>
+        <translation>网络接收缓冲区</translation>
     </message>
     <message>
-        <source>12 Mbit/s (Full Speed)</source>
-        <translation>12 Mbit/s(全速)</translation>
+        <source>Reverse-Path Filter</source>
+        <translation>反向路径过滤</translation>
     </message>
     <message>
-        <source>480 Mbit/s (High Speed)</source>
-        <translation>480 Mbit/s(高速)</translation>
-    </message>
-    <message>
-        <source>5 Gbit/s (SuperSpeed)</source>
-        <translation>5 Gbit/s(超高速)</translation>
-    </message>
-    <message>
-        <source>%1 Gbit/s (SuperSpeedPlus)</source>
-        <translation>%1 Gbit/s(超高速+)</translation>
-    </message>
-    <message>
-        <source>%1 Mbit/s</source>
-        <translation>%1 Mbit/s</translation>
-    </message>
-    <message>
-        <source>SuperSpeedPlus</source>
-        <translation>超高速+ (SuperSpeedPlus)</translation>
-    </message>
-    <message>
-        <source>SuperSpeed</source>
-        <translation>超高速 (SuperSpeed)</translation>
-    </message>
-    <message>
-        <source>The USB tree could not be read (the probe library is missing).</source>
-        <translation>无法读取 USB 树(缺少探测库)。</translation>
-    </message>
-    <message>
-        <source>USB3 Vision camera %1 at port %2 runs at %3 although it is capable of %4: it fell back to USB 2 (check the cable, the port and any hub).</source>
-        <translation>端口 %2 上的 USB3 Vision 相机 %1 支持 %4,却以 %3 运行:已回落到 USB 2(请检查线缆、端口和集线器)。</translation>
-    </message>
-    <message>
-        <source>USB3 Vision camera %1 at port %2 (%3, capable of %4) is connected behind the USB 2 hub at port %5.</source>
-        <translation>端口 %2 上的 USB3 Vision 相机 %1(%3,支持 %4)连接在端口 %5 的 USB 2 集线器之后。</translation>
-    </message>
-    <message>
-        <source>USB3 Vision camera %1 at port %2: %3, capable of %4.</source>
-        <translation>端口 %2 上的 USB3 Vision 相机 %1:%3,支持 %4。</translation>
-    </message>
-    <message>
-        <source>Warning: %1 USB3 Vision cameras share the host controller %2 and its bandwidth (ports %3).</source>
-        <translation>警告:%1 台 USB3 Vision 相机共用主控制器 %2 及其带宽(端口 %3)。</translation>
-    </message>
-    <message>
-        <source>No USB3 Vision camera is connected.</source>
-        <translation>未连接 USB3 Vision 相机。</translation>
-    </message>
-    <message>
-        <source>Information: %1 at port %2: %3, capable of %4.</source>
-        <translation>信息:端口 %2 上的 %1:%3,支持 %4。</translation>
-    </message>
-    <message>
-        <source>Information: %1 connected USB devices whose descriptors could not be read were left out.</source>
-        <translation>信息:%1 个已连接但无法读取描述符的 USB 设备未列出。</translation>
+        <source>GenTL Producers</source>
+        <translation>GenTL 生产者</translation>
     </message>
     <message>
         <source>USB3 Vision Link</source>
         <translation>USB3 Vision 链路</translation>
+    </message>
+    <message>
+        <source>Camera Host Tuning</source>
+        <translation>相机主机调优</translation>
     </message>
     <message>
         <source>not a program library</source>
@@ -968,6 +920,74 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <translation>无法设置 %1 的接收环：%2</translation>
     </message>
     <message>
+        <source>an unknown speed</source>
+        <translation>未知速率</translation>
+    </message>
+    <message>
+        <source>1.5 Mbit/s (Low Speed)</source>
+        <translation>1.5 Mbit/s(低速)</translation>
+    </message>
+    <message>
+        <source>12 Mbit/s (Full Speed)</source>
+        <translation>12 Mbit/s(全速)</translation>
+    </message>
+    <message>
+        <source>480 Mbit/s (High Speed)</source>
+        <translation>480 Mbit/s(高速)</translation>
+    </message>
+    <message>
+        <source>5 Gbit/s (SuperSpeed)</source>
+        <translation>5 Gbit/s(超高速)</translation>
+    </message>
+    <message>
+        <source>%1 Gbit/s (SuperSpeedPlus)</source>
+        <translation>%1 Gbit/s(超高速+)</translation>
+    </message>
+    <message>
+        <source>%1 Mbit/s</source>
+        <translation>%1 Mbit/s</translation>
+    </message>
+    <message>
+        <source>SuperSpeedPlus</source>
+        <translation>超高速+ (SuperSpeedPlus)</translation>
+    </message>
+    <message>
+        <source>SuperSpeed</source>
+        <translation>超高速 (SuperSpeed)</translation>
+    </message>
+    <message>
+        <source>The USB tree could not be read (the probe library is missing).</source>
+        <translation>无法读取 USB 树(缺少探测库)。</translation>
+    </message>
+    <message>
+        <source>USB3 Vision camera %1 at port %2 runs at %3 although it is capable of %4: it fell back to USB 2 (check the cable, the port and any hub).</source>
+        <translation>端口 %2 上的 USB3 Vision 相机 %1 支持 %4,却以 %3 运行:已回落到 USB 2(请检查线缆、端口和集线器)。</translation>
+    </message>
+    <message>
+        <source>USB3 Vision camera %1 at port %2 (%3, capable of %4) is connected behind the USB 2 hub at port %5.</source>
+        <translation>端口 %2 上的 USB3 Vision 相机 %1(%3,支持 %4)连接在端口 %5 的 USB 2 集线器之后。</translation>
+    </message>
+    <message>
+        <source>USB3 Vision camera %1 at port %2: %3, capable of %4.</source>
+        <translation>端口 %2 上的 USB3 Vision 相机 %1:%3,支持 %4。</translation>
+    </message>
+    <message>
+        <source>Warning: %1 USB3 Vision cameras share the host controller %2 and its bandwidth (ports %3).</source>
+        <translation>警告:%1 台 USB3 Vision 相机共用主控制器 %2 及其带宽(端口 %3)。</translation>
+    </message>
+    <message>
+        <source>No USB3 Vision camera is connected.</source>
+        <translation>未连接 USB3 Vision 相机。</translation>
+    </message>
+    <message>
+        <source>Information: %1 at port %2: %3, capable of %4.</source>
+        <translation>信息:端口 %2 上的 %1:%3,支持 %4。</translation>
+    </message>
+    <message>
+        <source>Information: %1 connected USB devices whose descriptors could not be read were left out.</source>
+        <translation>信息:%1 个已连接但无法读取描述符的 USB 设备未列出。</translation>
+    </message>
+    <message>
         <source>USB selective suspend is enabled in the power plan %1: Windows may suspend a camera between frames.</source>
         <translation>电源计划 %1 中已启用 USB 选择性暂停：Windows 可能在两帧之间挂起相机。</translation>
     </message>
@@ -1006,26 +1026,6 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>No USB 3 controller or USB3 Vision camera found.</source>
         <translation>未发现 USB 3 控制器或 USB3 Vision 相机。</translation>
-    </message>
-    <message>
-        <source>USB Buffer Memory</source>
-        <translation>USB 缓冲内存</translation>
-    </message>
-    <message>
-        <source>Network Receive Buffers</source>
-        <translation>网络接收缓冲区</translation>
-    </message>
-    <message>
-        <source>Reverse-Path Filter</source>
-        <translation>反向路径过滤</translation>
-    </message>
-    <message>
-        <source>GenTL Producers</source>
-        <translation>GenTL 生产者</translation>
-    </message>
-    <message>
-        <source>Camera Host Tuning</source>
-        <translation>相机主机调优</translation>
     </message>
 </context>
 <context>
@@ -1541,7 +1541,8 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Print every descriptor of the USB device at the port path given as argument (e.g. 1-1.4 or usb1), or of all USB devices, in the layout of lsusb -v, from sysfs.</source>
         <translation>从 sysfs 读取并按 lsusb -v 的格式打印参数所给端口路径（如 1-1.4 或 usb1）上 USB 设备的全部描述符；未给路径时打印所有 USB 设备的描述符。</translation>
     </message>
-    <message>
+</context>
+<context>
     <name>VxUsbTree</name>
     <message>
         <source>Controller: %1</source>
