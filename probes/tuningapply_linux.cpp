@@ -1,5 +1,8 @@
 #include "tuningapply.h"
 
+#include "journaledrepairs.h"
+#include "vxjournal.h"
+
 #include "atomicfile.h"
 #include "ethtoolrings.h"
 #include "luinterface.h"
@@ -315,19 +318,12 @@ bool isValid(const VxChange &change, QString *pError)
     return bValid;
 }
 
+// Through the journal, so the changes can be undone: in this process as
+// root or below another system root, else through vetrix-helper.
 VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights)
 {
-    // The running system's settings need root; another system root is
-    // written with the user's own rights.
-    if (LuInterface::isLiveRoot() && !plan.isEmpty() && !rights.isRoot())
-        return VxRepairOutcome(VxRepairStatus::NotAuthorized,
-                               QCoreApplication::translate("VxOneKeyResult", "Changing the system settings needs administrator rights."));
-    for (const VxChange &change : plan) {
-        QString strError;
-        if (!applyTuningChange(change, &strError))
-            return VxRepairOutcome::failed(strError);
-    }
-    return VxRepairOutcome();
+    VxJournal journal;
+    return JournaledRepairs::applyPlan(plan, rights, journal);
 }
 
 } // namespace TuningApply

@@ -5,6 +5,7 @@
 #include "luinterface.h"
 #include "netadapters.h"
 #include "repairplans.h"
+#include "tuningapply.h"
 #include "sdkfiles.h"
 #include "vxquarantine.h"
 
@@ -218,6 +219,9 @@ VxAppliers ownAppliers(const QString &strQuarantine)
         return VxQuarantine::restore(strQuarantine, change.strTarget, change.strNew, pError);
     };
     appliers.insert(QLatin1String(VxChangeKind::SdkFile), sdkFile);
+    // The camera host tuning settings.
+    for (const char *pKind : {VxChangeKind::Sysctl, VxChangeKind::UsbfsMemory, VxChangeKind::RxRing})
+        appliers.insert(QLatin1String(pKind), VxApplier {readTuningValue, applyTuningChange});
     return appliers;
 }
 

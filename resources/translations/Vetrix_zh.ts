@@ -908,10 +908,6 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <translation>本程序不进行此项更改：%1 %2 = %3</translation>
     </message>
     <message>
-        <source>Changing the system settings needs administrator rights.</source>
-        <translation>更改系统设置需要管理员权限。</translation>
-    </message>
-    <message>
         <source>The receive ring of %1 can be set on the running system only.</source>
         <translation>%1 的接收环只能在正在运行的系统上设置。</translation>
     </message>

@@ -91,6 +91,10 @@ struct FakeProbes
         t.setRepair(VxItems::JumboFrame, [this](CJumboPacketDetectInfo &) { log("repair 256"); });
         t.setCheck(VxItems::LineRate, [this](CNetworkSpeedDetectInfo &) { log("detect 128"); });
         t.setCheck(VxItems::SystemInfo, [this](CSystemDetectInfo &) { log("detect 2048"); });
+        t.setCheck(VxItems::UsbBufferMemory, [this](CDetectInfo &) { log("detect 4096"); });
+        t.setCheck(VxItems::ReceiveBuffers, [this](CDetectInfo &) { log("detect 8192"); });
+        t.setCheck(VxItems::ReversePathFilter, [this](CDetectInfo &) { log("detect 16384"); });
+        t.setCheck(VxItems::GenTLProducers, [this](CDetectInfo &) { log("detect 32768"); });
         t.setCheck(VxItems::UsbLink, [this](CDetectInfo &) { log("detect 65536"); });
         return t;
     }

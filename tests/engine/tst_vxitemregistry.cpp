@@ -105,8 +105,8 @@ private slots:
     // Orders and masks come from the rows and match the product's.
     void derivedOrdersAndMasks()
     {
-        QCOMPARE(VxItemRegistry::detectOrder(), (QVector<int>{1, 2, 4, 8, 32, 512, 1024, 256, 128, 2048, 65536}));
-        QCOMPARE(VxItemRegistry::optimizeOrder(), (QVector<int>{1, 2, 4, 8, 256}));
+        QCOMPARE(VxItemRegistry::detectOrder(), (QVector<int>{1, 2, 4, 8, 32, 512, 1024, 256, 128, 2048, 4096, 8192, 16384, 32768, 65536}));
+        QCOMPARE(VxItemRegistry::optimizeOrder(), (QVector<int>{1, 2, 4, 8, 256, 4096, 8192, 16384}));
         QCOMPARE(VxItemRegistry::groupMask(VxItems::SdkGroup), VxItems::kSdkGroupMask);
         QCOMPARE(VxItemRegistry::groupMask(VxItems::DriverGroup), VxItems::kDriverGroupMask);
         QCOMPARE(VxItemRegistry::groupMask(VxItems::SystemGroup), VxItems::kSystemGroupMask);

@@ -55,7 +55,7 @@ void TestVxItems::buttonText_data()
     QTest::addRow("16 exceptional") << 16 << false << "Normal" << true;
     QTest::addRow("64 normal") << 64 << true << "Normal" << false;
     QTest::addRow("64 exceptional") << 64 << false << "Normal" << true;
-    QTest::addRow("unknown id") << 4096 << false << "Normal" << true;
+    QTest::addRow("unknown id") << 131072 << false << "Normal" << true;
 }
 
 void TestVxItems::buttonText()
@@ -79,7 +79,7 @@ void TestVxItems::groupOf_data()
         QTest::addRow("item %d", n) << n << 2;
     for (int n : {128, 256, 512, 1024, 2048})
         QTest::addRow("item %d", n) << n << 4;
-    for (int n : {0, 3, 4096, -1})
+    for (int n : {0, 3, 131072, -1})
         QTest::addRow("not an item %d", n) << n << 0;
 }
 
@@ -96,7 +96,8 @@ void TestVxItems::names()
     QCOMPARE(VxItems::itemName(16), QStringLiteral("GigE Driver Check in Network"));
     QCOMPARE(VxItems::itemName(64), QStringLiteral("The num of Driver"));
     QCOMPARE(VxItems::itemName(512), QStringLiteral("USB Controller Info"));
-    QVERIFY(VxItems::itemName(4096).isEmpty());
+    QVERIFY(VxItems::itemName(131072).isEmpty());
+    QCOMPARE(VxItems::itemName(4096), QStringLiteral("USB Buffer Memory"));
     QCOMPARE(VxItems::groupName(1), QStringLiteral("SDK Diagnosis"));
     QCOMPARE(VxItems::groupName(2), QStringLiteral("Driver Diagnosis"));
     QCOMPARE(VxItems::groupName(4), QStringLiteral("PC System Diagnosis"));
@@ -107,18 +108,18 @@ void TestVxItems::names()
 
 void TestVxItems::orders()
 {
-    QCOMPARE(VxItems::detectOrder(), (QVector<int>{1, 2, 4, 8, 32, 512, 1024, 256, 128, 2048, 65536}));
-    QCOMPARE(VxItems::optimizeOrder(), (QVector<int>{1, 2, 4, 8, 256}));
+    QCOMPARE(VxItems::detectOrder(), (QVector<int>{1, 2, 4, 8, 32, 512, 1024, 256, 128, 2048, 4096, 8192, 16384, 32768, 65536}));
+    QCOMPARE(VxItems::optimizeOrder(), (QVector<int>{1, 2, 4, 8, 256, 4096, 8192, 16384}));
     QCOMPARE(VxItems::displayOrder(1), (QVector<int>{1, 2}));
     QCOMPARE(VxItems::displayOrder(2), (QVector<int>{4, 8, 32}));
     QCOMPARE(VxItems::displayOrder(4), (QVector<int>{512, 1024, 256, 128, 2048}));
-    QCOMPARE(VxItems::displayOrder(8), (QVector<int>{65536}));
+    QCOMPARE(VxItems::displayOrder(8), (QVector<int>{4096, 8192, 16384, 32768, 65536}));
     // The group masks the page starts hold exactly the shown items.
     quint32 uShown = 0;
     for (int nGroup : VxItems::groups())
         for (int nItem : VxItems::displayOrder(nGroup))
             uShown |= quint32(nItem);
-    QCOMPARE(uShown, VxItems::kAllItemsMask | VxItems::UsbLink);
+    QCOMPARE(uShown, VxItems::kAllItemsMask | 0x1F000u);
     QCOMPARE(VxItems::kSdkGroupMask | VxItems::kDriverGroupMask | VxItems::kSystemGroupMask, 0xFAFu);
 }
 

@@ -164,8 +164,8 @@ private slots:
                 "8192 sysctl net.core.rmem_max old=212992"}));
         for (int i = 6; i < 9; ++i)
             QCOMPARE(plan.at(i).strNew, QString()); // removed
-        QVERIFY(plan.at(5).strNew.startsWith(
-            root() + "/opt/Orvex/Runtime/Linux64_x64:" + root() + "/opt/Orvex/Runtime/Linux32_i86:"));
+        // The image's own paths: its SDK folders without this machine's root in front.
+        QVERIFY(plan.at(5).strNew.startsWith("/opt/Orvex/Runtime/Linux64_x64:/opt/Orvex/Runtime/Linux32_i86:"));
         QVERIFY(plan.at(5).strNew.endsWith(":/usr/local/bin:/usr/bin:/bin"));
         QCOMPARE(plan.at(4).strNew, QString("60000"));
     }
@@ -340,7 +340,9 @@ private slots:
         QCOMPARE(env.bNormal, 0);
         QVERIFY(JournaledRepairs::repairEnvironment(env, rights).ok());
         QCOMPARE(env.bNormal, 1);
-        QCOMPARE(env.pendingValues.size(), 6); // from the next login on
+        // Another system root's environment is its /etc/environment: nothing
+        // waits for a login there.
+        QCOMPARE(env.pendingValues.size(), 0);
 
         VxJournal reader;
         QCOMPARE(reader.optimisations().size(), 2);

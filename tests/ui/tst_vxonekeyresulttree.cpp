@@ -64,7 +64,7 @@ void TestVxOneKeyResultTree::layout()
     QCOMPARE(tree.columnCount(), 2);
     QVERIFY(tree.isHeaderHidden());
     QCOMPARE(tree.iconSize(), QSize(30, 30));
-    const QList<QList<int>> expected = {{1, 2}, {4, 8, 32}, {512, 1024, 256, 128, 2048}, {65536}};
+    const QList<QList<int>> expected = {{1, 2}, {4, 8, 32}, {512, 1024, 256, 128, 2048}, {4096, 8192, 16384, 32768, 65536}};
     const int groups[4] = {1, 2, 4, 8};
     for (int g = 0; g < 4; ++g) {
         QTreeWidgetItem *pGroup = tree.topLevelItem(g);

@@ -223,7 +223,7 @@ void TestVxOneKeyWidgetRun::languageChangeKeepsTheProgress()
     QTest::mouseClick(page.operateButton2(), Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(firewall.bReached.load(), 10000);
     const QString strFirewall = VxItems::itemName(VxItems::Firewall);
-    QTRY_COMPARE_WITH_TIMEOUT(page.titleText(), QStringLiteral("Diagnosis: %1(6/11)").arg(strFirewall), 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(page.titleText(), QStringLiteral("Diagnosis: %1(6/15)").arg(strFirewall), 10000);
     QCOMPARE(page.groupNumberText(0), QStringLiteral("5"));
     QCOMPARE(page.groupNumberText(2), QStringLiteral("1"));
 
@@ -234,12 +234,12 @@ void TestVxOneKeyWidgetRun::languageChangeKeepsTheProgress()
     const QString strTranslated = VxItems::itemName(VxItems::Firewall);
     QVERIFY(strTranslated != strFirewall);
     const QString strExpected =
-        QCoreApplication::translate("VxOneKeyWidget", "Diagnosis: %1(%2/%3)").arg(strTranslated).arg(6).arg(11);
+        QCoreApplication::translate("VxOneKeyWidget", "Diagnosis: %1(%2/%3)").arg(strTranslated).arg(6).arg(15);
     QTRY_COMPARE_WITH_TIMEOUT(page.titleText(), strExpected, 5000);
     QCOMPARE(page.groupNumberText(0), QStringLiteral("5"));
     QCOMPARE(page.groupNumberText(2), QStringLiteral("1"));
     QVERIFY(QCoreApplication::removeTranslator(&translator));
-    QTRY_COMPARE_WITH_TIMEOUT(page.titleText(), QStringLiteral("Diagnosis: %1(6/11)").arg(strFirewall), 5000);
+    QTRY_COMPARE_WITH_TIMEOUT(page.titleText(), QStringLiteral("Diagnosis: %1(6/15)").arg(strFirewall), 5000);
     firewall.open();
     waitForEnd(page);
 }
