@@ -11,7 +11,9 @@ class VxJournal;
 // The Linux repairs of items 1, 2 and 256 made as plans through the journal,
 // so that each can be undone: the plan of the record (RepairPlans), applied
 // as one optimisation (VxApply::run on the route of the rights given), then
-// the item checked again. They fit the rows' repair entries.
+// the item checked again. They fit the rows' repair entries. Windows keeps
+// no journal: there they are the direct repairs, and applyPlan refuses a
+// non-empty plan.
 namespace JournaledRepairs {
 
 // Applies a plan as one optimisation; Done when every change was made (or
