@@ -889,6 +889,26 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>Fatal</source>
         <translation>致命</translation>
     </message>
+    <message>
+        <source>Optimization will make the following changes. Continue?</source>
+        <translation>优化将进行以下更改。是否继续？</translation>
+    </message>
+    <message>
+        <source>%1: will be repaired</source>
+        <translation>%1：将被修复</translation>
+    </message>
+    <message>
+        <source>%1: %2: %3 → %4</source>
+        <translation>%1：%2：%3 → %4</translation>
+    </message>
+    <message>
+        <source>(not set)</source>
+        <translation>（未设置）</translation>
+    </message>
+    <message>
+        <source>(removed)</source>
+        <translation>（已移除）</translation>
+    </message>
 </context>
 <context>
     <name>VxOperateThread</name>
