@@ -2,6 +2,7 @@
 
 #include "cdetectinfo.h"
 #include "envvars.h"
+#include "journaledrepairs.h"
 #include "jumboframe.h"
 #include "netadapters.h"
 #include "repairplans.h"
@@ -162,8 +163,7 @@ int VxRepairCli::runRepair(bool bJson, const Printer &printOut)
 
 int VxRepairCli::runUndo(bool bJson, const Printer &printOut, const Printer &printErr)
 {
-    VxJournal journal;
-    const QVector<VxOptimisation> vecOpts = journal.optimisations();
+    const QVector<VxOptimisation> vecOpts = VxJournal().optimisations();
     QString strUndone;
     if (m_strUndo.isEmpty()) {
         strUndone = VxApply::lastUndoable(vecOpts);
@@ -182,22 +182,18 @@ int VxRepairCli::runUndo(bool bJson, const Printer &printOut, const Printer &pri
             return ExitUsage;
         }
     }
-    VxPlan plan;
-    if (strUndone.isEmpty() || !VxApply::undoPlan(vecOpts, strUndone, &plan)) {
+    const JournaledRepairs::UndoRun run = JournaledRepairs::undo(strUndone, m_bDryRun);
+    if (run.strUndone.isEmpty()) {
         if (!bJson)
             printOut(QCoreApplication::translate("VxCheck", "Nothing to undo.") + QLatin1Char('\n'));
         else
-            return report(bJson, QString(), QString(), plan, {}, printOut);
+            return report(bJson, QString(), QString(), run.plan, {}, printOut);
         return ExitDone;
     }
     if (!bJson)
-        printOut(QCoreApplication::translate("VxCheck", "Undoing optimisation %1.").arg(strUndone) + QLatin1Char('\n'));
-    if (m_bDryRun || plan.isEmpty())
-        return report(bJson, QString(), strUndone, plan, {}, printOut);
-    const QString strOpt = VxApply::newOptimisationId();
-    const QVector<VxChangeResult> vecResults
-        = VxApply::run(strOpt, plan, VxApply::systemRoute(journal), journal, strUndone);
-    return report(bJson, strOpt, strUndone, plan, vecResults, printOut);
+        printOut(QCoreApplication::translate("VxCheck", "Undoing optimisation %1.").arg(run.strUndone)
+            + QLatin1Char('\n'));
+    return report(bJson, run.strOpt, run.strUndone, run.plan, run.vecResults, printOut);
 }
 
 int VxRepairCli::runJournal(bool bJson, const Printer &printOut)

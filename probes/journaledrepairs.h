@@ -25,4 +25,19 @@ VxRepairOutcome repairSdkFiles(CSDKPathDetectInfo &info, const VxPrivileges &rig
 VxRepairOutcome repairEnvironment(CEnvDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
 VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
 
+// One undo of a journaled optimisation.
+struct UndoRun
+{
+    QString strUndone; // the optimisation restored; empty: nothing to undo
+    QString strOpt;    // the undo's own id; empty when no change was run
+    VxPlan plan;       // the restoring changes, last change first
+    QVector<VxChangeResult> vecResults;
+};
+
+// Restores optimisation strUndone (empty: the last one not yet undone) as a
+// new journaled optimisation on the route of rights; bDryRun only plans.
+// Nothing to undo (or no such optimisation) leaves strUndone empty. Windows
+// keeps no journal and has nothing to undo.
+UndoRun undo(const QString &strUndone, bool bDryRun, const VxPrivileges &rights = VxPrivileges::system());
+
 } // namespace JournaledRepairs

@@ -30,4 +30,9 @@ VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &ri
     return JumboFrame::repair(info, rights);
 }
 
+UndoRun undo(const QString &, bool, const VxPrivileges &)
+{
+    return UndoRun();
+}
+
 } // namespace JournaledRepairs
