@@ -25,6 +25,9 @@ VxRepairOutcome repairSdkFiles(CSDKPathDetectInfo &info, const VxPrivileges &rig
 VxRepairOutcome repairEnvironment(CEnvDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
 VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
 
+// Whether this system journals its repairs (and so can undo them).
+bool isJournaled();
+
 // One undo of a journaled optimisation.
 struct UndoRun
 {

@@ -53,6 +53,11 @@ VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &ri
     return outcome;
 }
 
+bool isJournaled()
+{
+    return true;
+}
+
 UndoRun undo(const QString &strUndone, bool bDryRun, const VxPrivileges &rights)
 {
     UndoRun run;

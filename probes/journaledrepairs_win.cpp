@@ -30,6 +30,11 @@ VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &ri
     return JumboFrame::repair(info, rights);
 }
 
+bool isJournaled()
+{
+    return false;
+}
+
 UndoRun undo(const QString &, bool, const VxPrivileges &)
 {
     return UndoRun();
