@@ -16,9 +16,8 @@ void VxMainWindow::updateUndoAction(bool bWorkerIdle)
         return;
     const bool bJournaled = JournaledRepairs::isJournaled();
     m_pUndoAction->setEnabled(bJournaled && bWorkerIdle);
-    m_pUndoAction->setToolTip(bJournaled
-            ? QString()
-            : tr("Optimizations are not recorded on this system, so they cannot be undone here."));
+    m_pUndoAction->setToolTip(
+        bJournaled ? QString() : tr("Optimizations are not recorded on this system, so they cannot be undone here."));
 }
 
 void VxMainWindow::showUndoOutcome(const QString &strText, const QString &strDetails)
@@ -38,8 +37,7 @@ void VxMainWindow::undoLastOptimization()
     QStringList listLines;
     int nFailed = 0;
     for (const VxChangeResult &result : run.vecResults) {
-        const QString strWhat
-            = tr("%1: %2").arg(VxItems::itemName(int(result.change.uItem)), result.change.strTarget);
+        const QString strWhat = tr("%1: %2").arg(VxItems::itemName(int(result.change.uItem)), result.change.strTarget);
         if (result.strResult == QLatin1String(VxJournalResult::Done)
             || result.strResult == QLatin1String(VxJournalResult::Unchanged)) {
             listLines << tr("%1: restored").arg(strWhat);
@@ -49,8 +47,8 @@ void VxMainWindow::undoLastOptimization()
                              .arg(strWhat, result.strReason.isEmpty() ? result.strResult : result.strReason);
         }
     }
-    const QString strOutcome = nFailed == 0 ? tr("The last optimization was undone.")
-                                            : tr("The last optimization was undone only in part.");
+    const QString strOutcome
+        = nFailed == 0 ? tr("The last optimization was undone.") : tr("The last optimization was undone only in part.");
     showUndoOutcome(strOutcome + QLatin1Char('\n') + tr("Diagnose again to see the current state."),
         listLines.join(QLatin1Char('\n')));
 }

@@ -36,9 +36,8 @@ QStringList VxOneKeyWidget::optimizationPlanLines() const
     const quint32 uExceptions = m_pRun->exceptionMask();
     const VxProbeTable &table = m_pThread->probeTable();
     const QMap<int, CDetectInfo *> mapRecords = m_pThread->allRecords();
-    const auto value = [](const QString &strValue, const char *pAbsent) {
-        return strValue.isEmpty() ? tr(pAbsent) : strValue;
-    };
+    const auto value
+        = [](const QString &strValue, const char *pAbsent) { return strValue.isEmpty() ? tr(pAbsent) : strValue; };
     for (auto it = mapRecords.cbegin(); it != mapRecords.cend(); ++it) {
         const int nItem = it.key();
         if (!(uExceptions & quint32(nItem)) || !it.value() || !table.canOptimize(nItem))

@@ -16,7 +16,8 @@ int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
     QCommandLineParser parser;
-    parser.addOption({QStringLiteral("lang"), QStringLiteral("zh or en"), QStringLiteral("lang"), QStringLiteral("en")});
+    parser.addOption(
+        {QStringLiteral("lang"), QStringLiteral("zh or en"), QStringLiteral("lang"), QStringLiteral("en")});
     parser.process(app);
     QTranslator program;
     QTranslator kit;
@@ -26,14 +27,14 @@ int main(int argc, char *argv[])
     table.setCheck(VxItems::SdkFiles, [](CSDKPathDetectInfo &info) { info.bNormal = 0; });
     table.setRepair(VxItems::SdkFiles, [](CSDKPathDetectInfo &info) { info.bNormal = 1; });
     table.setPlan(VxItems::SdkFiles, [](const CSDKPathDetectInfo &) {
-        return VxPlan{{VxItems::SdkFiles, VxChangeKind::SdkFile, QStringLiteral("/usr/lib/libLuCameraControl.so"),
+        return VxPlan {{VxItems::SdkFiles, VxChangeKind::SdkFile, QStringLiteral("/usr/lib/libLuCameraControl.so"),
             QStringLiteral("sha256:3f2a…9c1e"), QString()}};
     });
     table.setCheck(VxItems::EnvVariables, [](CEnvDetectInfo &info) { info.bNormal = 0; });
     table.setRepair(VxItems::EnvVariables, [](CEnvDetectInfo &info) { info.bNormal = 1; });
     table.setPlan(VxItems::EnvVariables, [](const CEnvDetectInfo &) {
-        return VxPlan{{VxItems::EnvVariables, VxChangeKind::Environment, QStringLiteral("LUCAM_GIGE_DEBUG_HEARTBEAT"),
-                          QString(), QStringLiteral("60000")},
+        return VxPlan {{VxItems::EnvVariables, VxChangeKind::Environment, QStringLiteral("LUCAM_GIGE_DEBUG_HEARTBEAT"),
+                           QString(), QStringLiteral("60000")},
             {VxItems::EnvVariables, VxChangeKind::Environment, QStringLiteral("GENICAM_GENTL64_PATH"), QString(),
                 QStringLiteral("/opt/Orvex/Runtime/Linux64_x64:")}};
     });

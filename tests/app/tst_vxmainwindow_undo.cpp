@@ -2,8 +2,8 @@
 // optimisation below a fixture system root, says what came back, and is off
 // while the worker runs.
 #include "../engine/fakeprobes.h"
-#include "custompushbutton.h"
 #include "cdetectinfo.h"
+#include "custompushbutton.h"
 #include "envvars.h"
 #include "journaledrepairs.h"
 #include "vxjournal.h"
@@ -28,8 +28,8 @@ public:
     QStringList listShown; // text, then details, per outcome
 
 protected:
-    void openAbout() override {}
-    void openDumpTool() override {}
+    void openAbout() override { }
+    void openDumpTool() override { }
     void showUndoOutcome(const QString &strText, const QString &strDetails) override
     {
         listShown << strText << strDetails;
@@ -100,7 +100,7 @@ void TestVxMainWindowUndo::nothingToUndo()
     QCOMPARE(pUndo->objectName(), QStringLiteral("UndoOptimizationAction"));
     QVERIFY(pUndo->isEnabled());
     pUndo->trigger();
-    QCOMPARE(window.listShown, (QStringList{"There is no optimization to undo.", ""}));
+    QCOMPARE(window.listShown, (QStringList {"There is no optimization to undo.", ""}));
 }
 
 void TestVxMainWindowUndo::undoRestoresTheLastOptimization()
@@ -133,7 +133,7 @@ void TestVxMainWindowUndo::undoRestoresTheLastOptimization()
 
 void TestVxMainWindowUndo::offWhileTheWorkerRuns()
 {
-    std::atomic<bool> bRelease{false};
+    std::atomic<bool> bRelease {false};
     VxProbeTable table = m_fakes.tableWithoutTrees();
     table.setCheck(VxItems::SdkFiles, [&](CSDKPathDetectInfo &info) {
         while (!bRelease)
