@@ -105,7 +105,9 @@ bool VxMainWindow::init(const VxProbeTable &table)
                     Qt::QueuedConnection)
         || !connect(this, &VxMainWindow::SigUpdateCPUUsage, this, &VxMainWindow::onSigUpdateCPUUsage,
                     Qt::QueuedConnection)
-        || !connect(m_pResourceButton, &QPushButton::clicked, this, &VxMainWindow::OnShowMemCpuDlg))
+        || !connect(m_pResourceButton, &QPushButton::clicked, this, &VxMainWindow::OnShowMemCpuDlg)
+        || !connect(m_pPage->worker(), &VxOperateThread::sigStartOperate, this, [this] { updateUndoAction(false); })
+        || !connect(m_pPage->worker(), &VxOperateThread::sigEndOperate, this, [this] { updateUndoAction(true); }))
         return false;
     cSetCentralWidget(m_pPage);
     CustomTitleBar *pTitleBar = cTitleBar();
@@ -148,6 +150,9 @@ bool VxMainWindow::buildMenus()
     m_pExportJsonAction = addAction(m_pFileMenu, tr("Export JSON Report…"), ActExportJson, "FileExportJsonAction");
     m_pExportJsonAction->setEnabled(false);
     m_pCompareAction = addAction(m_pFileMenu, tr("Compare with Report…"), ActCompareReport, "CompareReportAction");
+    m_pUndoAction
+        = addAction(m_pFileMenu, tr("Undo Last Optimization"), ActUndoOptimization, "UndoOptimizationAction");
+    updateUndoAction(true);
     m_pDumpAction = addAction(m_pFileMenu, tr("Acquire Dump Files"), ActDumpTool, "DumpToolAction");
 
     m_pHelpMenu = new CustomMenu(tr("Help"), this);
@@ -241,6 +246,9 @@ void VxMainWindow::OnMenuActionTriggered(QAction *pAction)
         break;
     case ActExportJson:
         exportJsonReport();
+        break;
+    case ActUndoOptimization:
+        undoLastOptimization();
         break;
     default:
         break;
@@ -373,6 +381,8 @@ void VxMainWindow::retranslate()
     m_pDumpAction->setText(tr("Acquire Dump Files"));
     m_pExportJsonAction->setText(tr("Export JSON Report…"));
     m_pCompareAction->setText(tr("Compare with Report…"));
+    m_pUndoAction->setText(tr("Undo Last Optimization"));
+    updateUndoAction(m_pPage->isWorkerIdle());
     m_pAboutAction->setText(tr("About"));
     m_pMemoryAction->setText(tr("Memory: %1%").arg(m_strMemoryValue));
     m_pCpuAction->setText(tr("CPU: %1%").arg(m_strCpuValue));

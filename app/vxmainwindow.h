@@ -34,6 +34,7 @@ public:
         ActDumpTool = 6,
         ActCompareReport = 7,
         ActExportJson = 8,
+        ActUndoOptimization = 9,
     };
 
     // Throws std::bad_alloc when the window cannot be built.
@@ -85,6 +86,8 @@ protected:
     // empty when cancelled. Virtual so tests can stand in for file dialogs.
     virtual QString askReportPath(const QString &strDir);
     virtual QString askJsonReportPath(const QString &strDir, const QString &strName);
+    // Shows how the undo ended; virtual so tests can read it without exec().
+    virtual void showUndoOutcome(const QString &strText, const QString &strDetails);
     // Shows the comparison; virtual so tests can look at it without exec().
     virtual void showComparison(VxReportCompareDlg &dialog);
 
@@ -99,6 +102,9 @@ private:
     // (vxmainwindow_report.cpp).
     void compareWithReport();
     void exportJsonReport();
+    // File > Undo Last Optimization (vxmainwindow_undo.cpp).
+    void undoLastOptimization();
+    void updateUndoAction(bool bWorkerIdle);
 
     VxOneKeyWidget *m_pPage = nullptr;
     CustomMenu *m_pFileMenu = nullptr;
@@ -117,6 +123,7 @@ private:
     QAction *m_pDumpAction = nullptr;
     QAction *m_pCompareAction = nullptr;
     QAction *m_pExportJsonAction = nullptr;
+    QAction *m_pUndoAction = nullptr;
     QAction *m_pMemoryAction = nullptr;
     QAction *m_pCpuAction = nullptr;
     std::atomic<bool> m_bRunning{false};

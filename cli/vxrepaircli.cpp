@@ -1,17 +1,29 @@
 #include "vxrepaircli.h"
 
+#include "vxitems.h"
+#include "vxprobetable.h"
+
 #include <QCoreApplication>
 
 namespace {
 
-// The items whose repairs make planned, journaled changes.
-const QList<quint32> &repairableItems()
+} // namespace
+
+// The items whose repairs make planned changes here: the rows with a plan
+// entry, in optimisation order.
+const QList<quint32> &VxRepairCli::repairableItems()
 {
-    static const QList<quint32> listItems = {1, 2, 256};
+    static const QList<quint32> listItems = [] {
+        QList<quint32> list;
+        const VxProbeTable table = defaultProbeTable();
+        for (int nItem : VxItems::optimizeOrder()) {
+            if (table.probes(quint32(nItem)).plan)
+                list << quint32(nItem);
+        }
+        return list;
+    }();
     return listItems;
 }
-
-} // namespace
 
 QStringList VxRepairCli::takeOptions(const QStringList &listArgs)
 {
@@ -57,7 +69,7 @@ QList<QCommandLineOption> VxRepairCli::helpOptions()
     return {
         QCommandLineOption(QStringLiteral("repair"),
             QCoreApplication::translate("VxCheck",
-                "Repair the exceptional items that have a repair (1, 2, 256), or only those given "
+                "Repair the exceptional items that have a planned repair, or only those given "
                 "as --repair=IDS. Every change is journaled and can be undone.")),
         QCommandLineOption(QStringLiteral("dry-run"),
             QCoreApplication::translate("VxCheck",

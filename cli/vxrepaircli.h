@@ -38,6 +38,8 @@ public:
     int run(bool bJson, const Printer &printOut, const Printer &printErr);
 
 private:
+    // The items whose repairs make planned changes here.
+    static const QList<quint32> &repairableItems();
     VxPlan plannedRepairs() const;
     int runRepair(bool bJson, const Printer &printOut);
     int runUndo(bool bJson, const Printer &printOut, const Printer &printErr);

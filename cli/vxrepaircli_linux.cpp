@@ -1,19 +1,19 @@
 #include "vxrepaircli.h"
 
 #include "cdetectinfo.h"
-#include "envvars.h"
-#include "jumboframe.h"
-#include "netadapters.h"
-#include "repairplans.h"
-#include "sdkfiles.h"
+#include "journaledrepairs.h"
 #include "systemroot.h"
 #include "vxapply.h"
+#include "vxitems.h"
+#include "vxprobetable.h"
 #include "vxrepair.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <memory>
 
 namespace {
 
@@ -82,21 +82,16 @@ bool wanted(quint32 uItem, const QString &strIds)
 
 VxPlan VxRepairCli::plannedRepairs() const
 {
+    // Each item checked afresh, then planned from what its check found.
     VxPlan plan;
-    if (wanted(RepairPlans::kSdkFilesItem, m_strRepairIds)) {
-        CSDKPathDetectInfo info;
-        SdkFiles::check(info);
-        plan += RepairPlans::sdkFilesPlan(info);
-    }
-    if (wanted(RepairPlans::kEnvironmentItem, m_strRepairIds)) {
-        CEnvDetectInfo info;
-        EnvVars::check(info);
-        plan += RepairPlans::environmentPlan(info);
-    }
-    if (wanted(RepairPlans::kJumboItem, m_strRepairIds) && NetAdapters::linksReadable()) {
-        CJumboPacketDetectInfo info;
-        JumboFrame::check(info);
-        plan += RepairPlans::jumboPlan(info);
+    const VxProbeTable table = defaultProbeTable();
+    for (quint32 uItem : repairableItems()) {
+        const VxItemProbes probes = table.probes(uItem);
+        if (!wanted(uItem, m_strRepairIds) || !table.canDetect(int(uItem)))
+            continue;
+        const std::unique_ptr<CDetectInfo> pInfo(createDetectInfo(int(uItem)));
+        probes.check(*pInfo);
+        plan += probes.plan(*pInfo);
     }
     return plan;
 }
@@ -162,8 +157,7 @@ int VxRepairCli::runRepair(bool bJson, const Printer &printOut)
 
 int VxRepairCli::runUndo(bool bJson, const Printer &printOut, const Printer &printErr)
 {
-    VxJournal journal;
-    const QVector<VxOptimisation> vecOpts = journal.optimisations();
+    const QVector<VxOptimisation> vecOpts = VxJournal().optimisations();
     QString strUndone;
     if (m_strUndo.isEmpty()) {
         strUndone = VxApply::lastUndoable(vecOpts);
@@ -182,22 +176,18 @@ int VxRepairCli::runUndo(bool bJson, const Printer &printOut, const Printer &pri
             return ExitUsage;
         }
     }
-    VxPlan plan;
-    if (strUndone.isEmpty() || !VxApply::undoPlan(vecOpts, strUndone, &plan)) {
+    const JournaledRepairs::UndoRun run = JournaledRepairs::undo(strUndone, m_bDryRun);
+    if (run.strUndone.isEmpty()) {
         if (!bJson)
             printOut(QCoreApplication::translate("VxCheck", "Nothing to undo.") + QLatin1Char('\n'));
         else
-            return report(bJson, QString(), QString(), plan, {}, printOut);
+            return report(bJson, QString(), QString(), run.plan, {}, printOut);
         return ExitDone;
     }
     if (!bJson)
-        printOut(QCoreApplication::translate("VxCheck", "Undoing optimisation %1.").arg(strUndone) + QLatin1Char('\n'));
-    if (m_bDryRun || plan.isEmpty())
-        return report(bJson, QString(), strUndone, plan, {}, printOut);
-    const QString strOpt = VxApply::newOptimisationId();
-    const QVector<VxChangeResult> vecResults
-        = VxApply::run(strOpt, plan, VxApply::systemRoute(journal), journal, strUndone);
-    return report(bJson, strOpt, strUndone, plan, vecResults, printOut);
+        printOut(QCoreApplication::translate("VxCheck", "Undoing optimisation %1.").arg(run.strUndone)
+            + QLatin1Char('\n'));
+    return report(bJson, run.strOpt, run.strUndone, run.plan, run.vecResults, printOut);
 }
 
 int VxRepairCli::runJournal(bool bJson, const Printer &printOut)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cdetectinfo.h"
+#include "vxchange.h"
 #include "vxitemid.h"
 #include "vxrepair.h"
 
@@ -29,6 +30,9 @@ struct VxItemProbes
     std::function<VxRepairOutcome()> install;
     // Where the installer is looked for, so that a missing one can be named.
     std::function<QString()> installerPath;
+    // What the repair would change, worked out from the record without
+    // changing anything; empty where the repair cannot say beforehand.
+    std::function<VxPlan(const CDetectInfo &)> plan;
 };
 
 namespace VxProbeAdapt {
@@ -108,6 +112,19 @@ std::function<VxRepairOutcome(CDetectInfo &)> vxRepair(F fn)
     };
 }
 
+// A plan written for its record class, as a table entry; a record of
+// another class plans nothing.
+template<typename F>
+std::function<VxPlan(const CDetectInfo &)> vxPlan(F fn)
+{
+    using Record = std::remove_cv_t<typename VxProbeAdapt::Signature<std::decay_t<F>>::Record>;
+    return [fn](const CDetectInfo &info) -> VxPlan {
+        if (const Record *pRecord = VxProbeAdapt::as<Record>(const_cast<CDetectInfo &>(info)))
+            return fn(*pRecord);
+        return VxPlan();
+    };
+}
+
 // An installer start as a table entry; one that answers a bool says only
 // whether it found and started the installer.
 template<typename F>
@@ -143,6 +160,7 @@ struct VxProbeTable
     void setCheck(quint32 nItem, std::nullptr_t) { items[nItem].check = nullptr; }
     void setRepair(quint32 nItem, std::nullptr_t) { items[nItem].repair = nullptr; }
     void setInstall(quint32 nItem, std::nullptr_t) { items[nItem].install = nullptr; }
+    void setPlan(quint32 nItem, std::nullptr_t) { items[nItem].plan = nullptr; }
     template<typename F>
     void setCheck(quint32 nItem, F fn)
     {
@@ -157,6 +175,11 @@ struct VxProbeTable
     void setInstall(quint32 nItem, F fn)
     {
         items[nItem].install = vxInstall(std::move(fn));
+    }
+    template<typename F>
+    void setPlan(quint32 nItem, F fn)
+    {
+        items[nItem].plan = vxPlan(std::move(fn));
     }
 
     bool isUnreadable(int nItem) const { return (uUnreadable & quint32(nItem)) != 0; }

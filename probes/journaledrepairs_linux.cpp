@@ -53,4 +53,25 @@ VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &ri
     return outcome;
 }
 
+bool isJournaled()
+{
+    return true;
+}
+
+UndoRun undo(const QString &strUndone, bool bDryRun, const VxPrivileges &rights)
+{
+    UndoRun run;
+    VxJournal journal;
+    const QVector<VxOptimisation> vecOpts = journal.optimisations();
+    const QString strOpt = strUndone.isEmpty() ? VxApply::lastUndoable(vecOpts) : strUndone;
+    if (strOpt.isEmpty() || !VxApply::undoPlan(vecOpts, strOpt, &run.plan))
+        return run;
+    run.strUndone = strOpt;
+    if (bDryRun || run.plan.isEmpty())
+        return run;
+    run.strOpt = VxApply::newOptimisationId();
+    run.vecResults = VxApply::run(run.strOpt, run.plan, VxApply::systemRoute(journal, rights), journal, strOpt);
+    return run;
+}
+
 } // namespace JournaledRepairs

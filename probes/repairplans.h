@@ -8,6 +8,7 @@ class CSDKPathDetectInfo;
 
 // The plans of the repairs: what each would change, worked out from the
 // item's record and the machine's current values, without changing anything.
+// On Windows, whose repairs are not journaled, every plan is empty.
 namespace RepairPlans {
 
 // The items whose changes plans hold.

@@ -21,14 +21,6 @@ struct VxApplier
 // Keyed by VxChangeKind.
 using VxAppliers = QMap<QString, VxApplier>;
 
-// What became of one change of a plan.
-struct VxChangeResult
-{
-    VxChange change;
-    QString strResult; // a VxJournalResult
-    QString strReason;
-};
-
 // Applies plans change by change with a journal, and undoes them.
 namespace VxApply {
 

@@ -18,6 +18,14 @@ struct VxChange
 
 using VxPlan = QVector<VxChange>;
 
+// What became of one change of a plan.
+struct VxChangeResult
+{
+    VxChange change;
+    QString strResult; // a VxJournalResult
+    QString strReason;
+};
+
 namespace VxChangeKind {
 // target: sysctl key ("net.core.rmem_max", "net.ipv4.conf.eth0.rp_filter");
 // applied at once and kept in /etc/sysctl.d/90-vetrix-tool.conf

@@ -6,6 +6,7 @@
 
 #include "vxprobetable.h"
 
+#include <functional>
 #include <memory>
 
 class CDetectInfo;
@@ -61,6 +62,15 @@ public:
     bool isDetailShown() const;
     QString groupNumberText(int nIndex) const;
 
+    // Before an optimisation pass the page lists what it would change and
+    // asks; the default asks with a message box. Tests replace it for every
+    // page (null restores the box).
+    using ConfirmOptimization = std::function<bool(QWidget *pParent, const QStringList &listChanges)>;
+    static void setConfirmOptimization(ConfirmOptimization confirm);
+    // The lines of that question: each planned change of an exceptional
+    // item the pass will work on, then the items that cannot say beforehand.
+    QStringList optimizationPlanLines() const;
+
     // The groups every run covers (group bits), and a group's item mask.
     static int &selectedGroups();
     static quint32 groupMask(int nGroup);
@@ -101,6 +111,7 @@ private:
     void showLoading(const QString &strText);
     void hideLoading();
     bool allWidgetsPresent() const;
+    bool confirmOptimization() const;
 
     // run state
     std::unique_ptr<VxOneKeyRunItems> m_pItems;

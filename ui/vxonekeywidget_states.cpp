@@ -163,8 +163,12 @@ void VxOneKeyWidget::forward(const VxOneKeyStep &step)
 
 void VxOneKeyWidget::onOperateClicked1()
 {
-    if (allWidgetsPresent())
-        follow(m_pRun->clickButton1());
+    if (!allWidgetsPresent())
+        return;
+    // Cancelled: nothing changes and the page stays as it is.
+    if (m_pRun->button1StartsOptimization() && !confirmOptimization())
+        return;
+    follow(m_pRun->clickButton1());
 }
 
 void VxOneKeyWidget::onOperateClicked2()

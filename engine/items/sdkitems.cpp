@@ -3,6 +3,8 @@
 
 #include "cdetectinfo.h"
 #include "envvars.h"
+#include "journaledrepairs.h"
+#include "repairplans.h"
 #include "sdkfiles.h"
 
 #include <QJsonArray>
@@ -32,7 +34,9 @@ VxItemProbes sdkFileProbes(const VxPrivileges &rights)
 {
     VxItemProbes probes;
     probes.check = vxCheck(SdkFiles::check);
-    probes.repair = vxRepair([rights](CSDKPathDetectInfo &info) { return SdkFiles::clear(info, rights); });
+    probes.repair =
+        vxRepair([rights](CSDKPathDetectInfo &info) { return JournaledRepairs::repairSdkFiles(info, rights); });
+    probes.plan = vxPlan(RepairPlans::sdkFilesPlan);
     return probes;
 }
 
@@ -79,7 +83,9 @@ VxItemProbes envProbes(const VxPrivileges &rights)
 {
     VxItemProbes probes;
     probes.check = vxCheck(EnvVars::check);
-    probes.repair = vxRepair([rights](CEnvDetectInfo &info) { return EnvVars::repair(info, rights); });
+    probes.repair =
+        vxRepair([rights](CEnvDetectInfo &info) { return JournaledRepairs::repairEnvironment(info, rights); });
+    probes.plan = vxPlan(RepairPlans::environmentPlan);
     return probes;
 }
 } // namespace

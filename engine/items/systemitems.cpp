@@ -4,8 +4,10 @@
 
 #include "cdetectinfo.h"
 #include "firewallstatus.h"
+#include "journaledrepairs.h"
 #include "jumboframe.h"
 #include "linerate.h"
+#include "repairplans.h"
 #include "systeminfo.h"
 #include "usbprobe.h"
 #include "usbtreejson.h"
@@ -84,7 +86,9 @@ VxItemProbes jumboProbes(const VxPrivileges &rights)
 {
     VxItemProbes probes;
     probes.check = vxCheck(JumboFrame::check);
-    probes.repair = vxRepair([rights](CJumboPacketDetectInfo &info) { return JumboFrame::repair(info, rights); });
+    probes.repair =
+        vxRepair([rights](CJumboPacketDetectInfo &info) { return JournaledRepairs::repairJumbo(info, rights); });
+    probes.plan = vxPlan(RepairPlans::jumboPlan);
     return probes;
 }
 

@@ -26,12 +26,13 @@ QJsonObject factsOf(const CDetectInfo &info)
     return pRecord ? Facts(*pRecord) : QJsonObject();
 }
 
-// A check and a repair that makes the changes of its plan.
-template<typename Record, auto Check, auto Repair>
+// A check, the plan of its repair and the repair that makes its changes.
+template<typename Record, auto Check, auto Plan, auto Repair>
 VxItemProbes repairableProbes(const VxPrivileges &rights)
 {
     VxItemProbes probes;
     probes.check = vxCheck(Check);
+    probes.plan = vxPlan(Plan);
     probes.repair = vxRepair([rights](Record &info) { return Repair(info, rights); });
     return probes;
 }
@@ -58,15 +59,15 @@ QVector<VxItemRow> tuningItemRows()
 {
     auto usb = tuningRow<CUsbBufferDetectInfo, usbBufferLines, usbBufferFacts>(
         VxItems::UsbBufferMemory, QT_TRANSLATE_NOOP("VxOneKeyResult", "USB Buffer Memory"), 1, true);
-    usb.defaultProbes = repairableProbes<CUsbBufferDetectInfo, UsbBuffers::check, UsbBuffers::repair>;
+    usb.defaultProbes = repairableProbes<CUsbBufferDetectInfo, UsbBuffers::check, UsbBuffers::plan, UsbBuffers::repair>;
 
     auto rx = tuningRow<CRxBufferDetectInfo, rxBufferLines, rxBufferFacts>(
         VxItems::ReceiveBuffers, QT_TRANSLATE_NOOP("VxOneKeyResult", "Network Receive Buffers"), 2, true);
-    rx.defaultProbes = repairableProbes<CRxBufferDetectInfo, RxBuffers::check, RxBuffers::repair>;
+    rx.defaultProbes = repairableProbes<CRxBufferDetectInfo, RxBuffers::check, RxBuffers::plan, RxBuffers::repair>;
 
     auto rp = tuningRow<CRpFilterDetectInfo, rpFilterLines, rpFilterFacts>(
         VxItems::ReversePathFilter, QT_TRANSLATE_NOOP("VxOneKeyResult", "Reverse-Path Filter"), 3, true);
-    rp.defaultProbes = repairableProbes<CRpFilterDetectInfo, RpFilter::check, RpFilter::repair>;
+    rp.defaultProbes = repairableProbes<CRpFilterDetectInfo, RpFilter::check, RpFilter::plan, RpFilter::repair>;
 
     auto gentl = tuningRow<CGenTLDetectInfo, genTLLines, genTLFacts>(
         VxItems::GenTLProducers, QT_TRANSLATE_NOOP("VxOneKeyResult", "GenTL Producers"), 4, false);

@@ -481,6 +481,42 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>The JSON report is exported.</source>
         <translation>JSON 报告已导出。</translation>
     </message>
+    <message>
+        <source>Undo Last Optimization</source>
+        <translation>撤销上次优化</translation>
+    </message>
+    <message>
+        <source>Optimizations are not recorded on this system, so they cannot be undone here.</source>
+        <translation>此系统不记录优化，因此无法在此撤销。</translation>
+    </message>
+    <message>
+        <source>There is no optimization to undo.</source>
+        <translation>没有可撤销的优化。</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>%1: restored</source>
+        <translation>%1：已恢复</translation>
+    </message>
+    <message>
+        <source>%1: not restored (%2)</source>
+        <translation>%1：未恢复（%2）</translation>
+    </message>
+    <message>
+        <source>The last optimization was undone.</source>
+        <translation>上次优化已撤销。</translation>
+    </message>
+    <message>
+        <source>The last optimization was undone only in part.</source>
+        <translation>上次优化仅部分撤销。</translation>
+    </message>
+    <message>
+        <source>Diagnose again to see the current state.</source>
+        <translation>请重新诊断以查看当前状态。</translation>
+    </message>
 </context>
 <context>
     <name>VxNetRateDlg</name>
@@ -1184,6 +1220,26 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>Fatal</source>
         <translation>致命</translation>
+    </message>
+    <message>
+        <source>Optimization will make the following changes. Continue?</source>
+        <translation>优化将进行以下更改。是否继续？</translation>
+    </message>
+    <message>
+        <source>%1: will be repaired</source>
+        <translation>%1：将被修复</translation>
+    </message>
+    <message>
+        <source>%1: %2: %3 → %4</source>
+        <translation>%1：%2：%3 → %4</translation>
+    </message>
+    <message>
+        <source>(not set)</source>
+        <translation>（未设置）</translation>
+    </message>
+    <message>
+        <source>(removed)</source>
+        <translation>（已移除）</translation>
     </message>
 </context>
 <context>

@@ -66,6 +66,8 @@ void TestVxMainWindow::initTestCase()
     QVERIFY(QResource::registerResource(QStringLiteral(VX_BIN_DIR "/rcc/Orvex.rcc")));
     QVERIFY(QResource::registerResource(QStringLiteral(VX_BIN_DIR "/rcc/Panekit_Default.rcc")));
     QStandardPaths::setTestModeEnabled(true);
+    // These tests start optimisations without looking at the plan.
+    VxOneKeyWidget::setConfirmOptimization([](QWidget *, const QStringList &) { return true; });
     qputenv("VETRIX_SYSROOT", m_root.path().toUtf8());
     QDir().mkpath(m_translations.filePath("Translation"));
     for (const char *pFile : kQmFiles) {

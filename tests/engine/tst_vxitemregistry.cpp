@@ -1,9 +1,15 @@
 #include "cdetectinfo.h"
 #include "vxitemregistry.h"
 #include "vxitems.h"
+#ifndef Q_OS_WIN
+#include "vxjournal.h"
+#endif
 #include "vxprobetable.h"
 
+#include <QDir>
+#include <QFile>
 #include <QMetaEnum>
+#include <QTemporaryDir>
 #include <QSet>
 #include <QTest>
 
@@ -151,6 +157,57 @@ private slots:
         table.probes(VxItems::JumboFrame).check(right);
         QVERIFY(table.probes(VxItems::JumboFrame).repair(right).ok());
         QCOMPARE(nCalls, 2);
+
+        table.setPlan(VxItems::JumboFrame, [&nCalls](const CJumboPacketDetectInfo &) {
+            ++nCalls;
+            return VxPlan{VxChange{VxItems::JumboFrame, VxChangeKind::Mtu, "eth0", "1500", "9000"}};
+        });
+        QVERIFY(table.probes(VxItems::JumboFrame).plan(wrong).isEmpty());
+        QCOMPARE(nCalls, 2);
+        QCOMPARE(table.probes(VxItems::JumboFrame).plan(right).size(), 1);
+        QCOMPARE(nCalls, 3);
+    }
+
+    // The journaled items say beforehand what their repair changes; on
+    // Windows, whose repairs are not journaled, the plans are empty.
+    void journaledItemsHavePlans()
+    {
+        const VxProbeTable table = defaultProbeTable();
+        for (quint32 uItem : {VxItems::SdkFiles, VxItems::EnvVariables, VxItems::JumboFrame})
+            QVERIFY2(bool(table.probes(uItem).plan), qPrintable(QString::number(uItem)));
+
+        QTemporaryDir root;
+        QVERIFY(root.isValid());
+        QVERIFY(QDir().mkpath(root.path() + "/etc"));
+        QFile file(root.path() + "/etc/environment");
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("PATH=\"/usr/bin:/bin\"\n");
+        file.close();
+        qputenv("VETRIX_SYSROOT", root.path().toLocal8Bit());
+        for (const char *pName : {"LUCAM_COMMON_RUNENV", "LUCAM_GIGE_DEBUG_HEARTBEAT", "LUCAM_GENICAM_CLPROTOCOL",
+                 "GENICAM_GENTL32_PATH", "GENICAM_GENTL64_PATH"})
+            qunsetenv(pName);
+        std::unique_ptr<CDetectInfo> pEnv(createDetectInfo(VxItems::EnvVariables));
+        table.probes(VxItems::EnvVariables).check(*pEnv);
+        const VxPlan plan = table.probes(VxItems::EnvVariables).plan(*pEnv);
+#ifdef Q_OS_WIN
+        QVERIFY(plan.isEmpty());
+#else
+        QCOMPARE(pEnv->bNormal, 0);
+        QVERIFY(!plan.isEmpty());
+        for (const VxChange &change : plan) {
+            QCOMPARE(change.uItem, quint32(VxItems::EnvVariables));
+            QCOMPARE(change.strKind, QString(VxChangeKind::Environment));
+        }
+        // The row's repair applies that plan as one journaled optimisation.
+        QVERIFY(QDir().mkpath(root.path() + "/var/lib"));
+        const VxProbeTable rooted = defaultProbeTable(VxPrivileges(QString(), VxPrivileges::Rights::Root));
+        QVERIFY(rooted.probes(VxItems::EnvVariables).repair(*pEnv).ok());
+        QCOMPARE(pEnv->bNormal, 1);
+        const QVector<VxOptimisation> vecDone = VxJournal().optimisations();
+        QCOMPARE(vecDone.size(), 1);
+#endif
+        qunsetenv("VETRIX_SYSROOT");
     }
 };
 

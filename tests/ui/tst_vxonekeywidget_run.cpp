@@ -59,6 +59,7 @@ private slots:
     void buttonsStayInTheirRowsAfterAStop_data();
     void buttonsStayInTheirRowsAfterAStop();
     void diagnoseAgainScrollsToTheTop();
+    void optimizationAsksWithThePlan();
 
 private:
     FakeProbes *m_pFakes = nullptr;
@@ -69,6 +70,8 @@ private:
 void TestVxOneKeyWidgetRun::initTestCase()
 {
     QVERIFY(QResource::registerResource(QStringLiteral(VX_BIN_DIR "/rcc/Orvex.rcc")));
+    // These tests start optimisations without looking at the plan.
+    VxOneKeyWidget::setConfirmOptimization([](QWidget *, const QStringList &) { return true; });
 }
 
 void TestVxOneKeyWidgetRun::init()
@@ -309,6 +312,65 @@ void TestVxOneKeyWidgetRun::diagnoseAgainScrollsToTheTop()
     QCOMPARE(pBar->value(), 0);
     waitForEnd(page);
     QCOMPARE(pBar->value(), 0);
+}
+
+// "Optimize Diagnosis" first lists what the pass would change: Cancel
+// leaves the page as it was, OK starts the pass.
+void TestVxOneKeyWidgetRun::optimizationAsksWithThePlan()
+{
+    std::atomic<int> nRepairs{0};
+    FakeProbes *pFakes = m_pFakes;
+    m_tableSource = [&, pFakes] {
+        VxProbeTable table = pFakes->tableWithoutTrees();
+        table.setCheck(VxItems::SdkFiles, [](CSDKPathDetectInfo &info) { info.bNormal = 0; });
+        table.setRepair(VxItems::SdkFiles, [&](CSDKPathDetectInfo &) { ++nRepairs; });
+        table.setPlan(VxItems::SdkFiles, [](const CSDKPathDetectInfo &) {
+            return VxPlan{VxChange{VxItems::SdkFiles, VxChangeKind::SdkFile, "/usr/lib/libOld.so", "sha256:ab", ""}};
+        });
+        table.setCheck(VxItems::EnvVariables, [](CEnvDetectInfo &info) { info.bNormal = 0; });
+        table.setRepair(VxItems::EnvVariables, [&](CEnvDetectInfo &) { ++nRepairs; });
+        table.setPlan(VxItems::EnvVariables, [](const CEnvDetectInfo &) {
+            return VxPlan{VxChange{VxItems::EnvVariables, VxChangeKind::Environment, "LUCAM_X", "", "1"}};
+        });
+        table.setCheck(VxItems::JumboFrame, [](CJumboPacketDetectInfo &info) { info.bNormal = 0; });
+        table.setRepair(VxItems::JumboFrame, [&](CJumboPacketDetectInfo &) { ++nRepairs; });
+        table.setPlan(VxItems::JumboFrame, nullptr);
+        return table;
+    };
+    VxOneKeyWidget page(nullptr, m_tableSource());
+    page.show();
+    QTest::mouseClick(page.operateButton2(), Qt::LeftButton);
+    waitForEnd(page);
+    QCOMPARE(page.state(), int(VxOneKeyWidget::DetectFinished));
+
+    QStringList listAsked;
+    bool bAccept = false;
+    VxOneKeyWidget::setConfirmOptimization([&](QWidget *, const QStringList &listChanges) {
+        listAsked = listChanges;
+        return bAccept;
+    });
+    QTest::mouseClick(page.operateButton1(), Qt::LeftButton);
+    const QString strSdk = VxItems::itemName(VxItems::SdkFiles);
+    const QString strEnv = VxItems::itemName(VxItems::EnvVariables);
+    const QString strJumbo = VxItems::itemName(VxItems::JumboFrame);
+    QVERIFY(listAsked.size() >= 3);
+    QCOMPARE(listAsked.mid(0, 2), (QStringList{strSdk + ": /usr/lib/libOld.so: sha256:ab → (removed)",
+                                      strEnv + ": LUCAM_X: (not set) → 1"}));
+    QVERIFY(listAsked.contains(strJumbo + ": will be repaired"));
+    QCOMPARE(page.state(), int(VxOneKeyWidget::DetectFinished));
+    QTest::qWait(200);
+    QVERIFY(page.isWorkerIdle());
+    QCOMPARE(nRepairs.load(), 0);
+    QVERIFY(page.operateButton1()->isEnabled());
+
+    listAsked.clear();
+    bAccept = true;
+    QTest::mouseClick(page.operateButton1(), Qt::LeftButton);
+    QVERIFY(!listAsked.isEmpty());
+    waitForEnd(page);
+    QCOMPARE(page.state(), int(VxOneKeyWidget::OptimizeFinished));
+    QVERIFY(nRepairs.load() >= 3);
+    VxOneKeyWidget::setConfirmOptimization([](QWidget *, const QStringList &) { return true; });
 }
 
 QTEST_MAIN(TestVxOneKeyWidgetRun)

@@ -72,6 +72,11 @@ void VxOneKeyState::resultChanged()
         takeGroupNumbers();
 }
 
+bool VxOneKeyState::button1StartsOptimization() const
+{
+    return m_state == DetectAborted || m_state == DetectFinished || m_state == OptimizeFinished;
+}
+
 VxOneKeyStep VxOneKeyState::clickButton1()
 {
     switch (m_state) {
@@ -86,6 +91,7 @@ VxOneKeyStep VxOneKeyState::clickButton1()
     case DetectAborted:
     case DetectFinished:
     case OptimizeFinished:
+        Q_ASSERT(button1StartsOptimization());
         return startOptimization();
     case Optimizing:
         // The state changes when the worker reports the end of the pass.

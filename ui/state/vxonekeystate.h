@@ -76,6 +76,9 @@ public:
 
     // Transitions
     VxOneKeyStep clickButton1();
+    // Whether clickButton1() would start an optimisation pass (so the page
+    // can ask first).
+    bool button1StartsOptimization() const;
     VxOneKeyStep clickButton2();
     VxOneKeyStep endOperate(bool bWorkerRunning);
     VxOneKeyStep startDetectItem(int nItem);
