@@ -101,10 +101,6 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <translation>--undo= 需要 --journal 列出的序号或优化编号。</translation>
     </message>
     <message>
-        <source>Repair the exceptional items that have a repair (1, 2, 256), or only those given as --repair=IDS. Every change is journaled and can be undone.</source>
-        <translation>修复有修复方法的异常项目（1、2、256），或仅修复 --repair=IDS 指定的项目。每项更改都记入日志，可以撤销。</translation>
-    </message>
-    <message>
         <source>With --repair or --undo: show the planned changes (old and new value) and change nothing.</source>
         <translation>与 --repair 或 --undo 一起使用：显示计划的更改（旧值和新值），不做任何更改。</translation>
     </message>
@@ -199,6 +195,10 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>Usage: %1 --usb-tree [--format text|json]</source>
         <translation>用法:%1 --usb-tree [--format text|json]</translation>
+    </message>
+    <message>
+        <source>Repair the exceptional items that have a planned repair, or only those given as --repair=IDS. Every change is journaled and can be undone.</source>
+        <translation>修复有计划修复的异常项目，或仅修复 --repair=IDS 指定的项目。每项更改都记入日志，可以撤销。</translation>
     </message>
 </context>
 <context>
