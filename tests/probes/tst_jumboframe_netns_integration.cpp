@@ -3,6 +3,8 @@
 #include "netadapters.h"
 
 #include <QProcess>
+#include "netnstestutil.h"
+
 #include <QtTest>
 
 #include <sched.h>
@@ -19,20 +21,8 @@ class TstJumboFrameNetnsIntegration : public QObject
 private:
     bool m_bReady = false;
 
-    static QByteArray ip(const QStringList &listArgs)
-    {
-        QProcess process;
-        process.start("ip", listArgs);
-        if (!process.waitForFinished(10000) || process.exitCode() != 0)
-            return QByteArray("<failed: ") + process.readAllStandardError() + ">";
-        return process.readAllStandardOutput();
-    }
-    static int mtuOf(const QString &strName)
-    {
-        const QByteArray out = ip({"-o", "link", "show", "dev", strName});
-        const int nAt = out.indexOf(" mtu ");
-        return nAt < 0 ? -1 : out.mid(nAt + 5, out.indexOf(' ', nAt + 5) - nAt - 5).toInt();
-    }
+    static QByteArray ip(const QStringList &listArgs) { return NetnsTest::ip(listArgs); }
+    static int mtuOf(const QString &strName) { return NetnsTest::mtuOf(strName); }
 
 private slots:
     void initTestCase()

@@ -7,6 +7,8 @@
 
 #include <QProcess>
 #include <QTemporaryDir>
+#include "netnstestutil.h"
+
 #include <QtTest>
 
 #include <sched.h>
@@ -22,20 +24,8 @@ class TstVxRepairNetnsIntegration : public QObject
 private:
     bool m_bReady = false;
 
-    static QByteArray ip(const QStringList &listArgs)
-    {
-        QProcess process;
-        process.start("ip", listArgs);
-        if (!process.waitForFinished(10000) || process.exitCode() != 0)
-            return QByteArray("<failed: ") + process.readAllStandardError() + ">";
-        return process.readAllStandardOutput();
-    }
-    static int mtuOf(const QString &strName)
-    {
-        const QByteArray out = ip({"-o", "link", "show", "dev", strName});
-        const int nAt = out.indexOf(" mtu ");
-        return nAt < 0 ? -1 : out.mid(nAt + 5, out.indexOf(' ', nAt + 5) - nAt - 5).toInt();
-    }
+    static QByteArray ip(const QStringList &listArgs) { return NetnsTest::ip(listArgs); }
+    static int mtuOf(const QString &strName) { return NetnsTest::mtuOf(strName); }
     static VxApply::Route route(const VxJournal &journal)
     {
         VxApply::Route inProcess;
