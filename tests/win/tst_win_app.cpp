@@ -1,6 +1,7 @@
 // The application shell's Windows parts under Wine: the single-instance
 // mutex seen from a second process, the version text with the maker's
 // configuration in %ProgramData%, and the resource sampler.
+#include "childprocess.h"
 #include "resourcesampler.h"
 #include "singleinstance.h"
 #include "vxversion.h"
@@ -8,7 +9,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QtTest>
 
 #include <windows.h>
@@ -64,12 +64,11 @@ void TstWinApp::secondStartFindsTheMutexAndExitsZero()
     QVERIFY(hSeen != nullptr);
     CloseHandle(hSeen);
 
-    QProcess second;
-    second.start(secondStart(), QStringList());
-    QVERIFY2(second.waitForFinished(60000), qPrintable(second.errorString()));
-    QCOMPARE(second.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(second.exitCode(), 0);
-    QCOMPARE(second.readAllStandardOutput().trimmed(), QByteArray("another"));
+    const WinChild::Result second = WinChild::run(secondStart(), QStringList());
+    QVERIFY2(second.bFinished, qPrintable(second.strError));
+    QCOMPARE(second.exitStatus, QProcess::NormalExit);
+    QCOMPARE(second.nExitCode, 0);
+    QCOMPARE(second.stdOut, QByteArray("another"));
 }
 
 void TstWinApp::startAfterReleaseIsFirst()
@@ -77,11 +76,10 @@ void TstWinApp::startAfterReleaseIsFirst()
     QVERIFY(!VxSingleInstance::anotherInstanceRuns());
     VxSingleInstance::release();
     QVERIFY(OpenMutexW(SYNCHRONIZE, FALSE, kSeenName) == nullptr);
-    QProcess second;
-    second.start(secondStart(), QStringList());
-    QVERIFY2(second.waitForFinished(60000), qPrintable(second.errorString()));
-    QCOMPARE(second.exitCode(), 3);
-    QCOMPARE(second.readAllStandardOutput().trimmed(), QByteArray("first"));
+    const WinChild::Result second = WinChild::run(secondStart(), QStringList());
+    QVERIFY2(second.bFinished, qPrintable(second.strError));
+    QCOMPARE(second.nExitCode, 3);
+    QCOMPARE(second.stdOut, QByteArray("first"));
 }
 
 // GetNativeSystemInfo is found in kernel32 and called; the check passes.

@@ -2,11 +2,11 @@
 // to which Wine reports Windows XP x64 (its per-program version setting,
 // HKCU\Software\Wine\AppDefaults\xpcheck.exe\Version): the firewall's
 // standard-profile switch in the registry and the "Jumboframe" value name.
+#include "childprocess.h"
 #include "netadapters_win_p.h"
 #include "winfixtures.h"
 
 #include <QCoreApplication>
-#include <QProcess>
 #include <QtTest>
 
 using namespace WinFixtures;
@@ -19,14 +19,14 @@ const QString kStandardProfile =
 
 QByteArray runXpCheck(const QStringList &listArgs, int *pExit)
 {
-    QProcess process;
-    process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/xpcheck.exe"), listArgs);
-    if (!process.waitForFinished(60000)) {
+    const WinChild::Result result =
+        WinChild::run(QCoreApplication::applicationDirPath() + QStringLiteral("/xpcheck.exe"), listArgs);
+    if (!result.bFinished) {
         *pExit = -1;
         return QByteArray();
     }
-    *pExit = process.exitCode();
-    return process.readAllStandardOutput().trimmed();
+    *pExit = result.nExitCode;
+    return result.stdOut;
 }
 
 } // namespace
