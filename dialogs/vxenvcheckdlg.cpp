@@ -167,6 +167,7 @@ QString VxEnvCheckDlg::repairFailureText(VxRepairStatus status) const
         return tr("The environment variables were not repaired: the repair helper refused the values.");
     case VxRepairStatus::Failed:
     case VxRepairStatus::NotFound:
+    case VxRepairStatus::OtherSystem:
     case VxRepairStatus::Done:
         break;
     }

@@ -124,6 +124,7 @@ QString VxJumbPacketDlg::repairFailureText(VxRepairStatus status) const
         return tr("Jumbo frames were not enabled: the repair helper refused the setting.");
     case VxRepairStatus::Failed:
     case VxRepairStatus::NotFound:
+    case VxRepairStatus::OtherSystem:
     case VxRepairStatus::Done:
         break;
     }

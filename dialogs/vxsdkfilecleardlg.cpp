@@ -202,6 +202,7 @@ QString VxSDKFileClearDlg::repairFailureText(VxRepairStatus status) const
         return tr("The SDK files were not cleared: the repair helper refused to delete them.");
     case VxRepairStatus::Failed:
     case VxRepairStatus::NotFound:
+    case VxRepairStatus::OtherSystem:
     case VxRepairStatus::Done:
         break;
     }

@@ -14,6 +14,8 @@ QString VxOperateThread::installFailureText(int nStatus)
         return tr("The driver was not installed: the installer was not accepted.");
     case VxRepairStatus::Failed:
         return tr("The driver was not installed: the installer could not be started.");
+    case VxRepairStatus::OtherSystem:
+        return tr("The driver was not installed: the installer belongs to the examined system image and is not run on this computer.");
     case VxRepairStatus::Done:
     case VxRepairStatus::NotFound:
         break;

@@ -27,6 +27,8 @@ QString repairFailureLine(int nStatus)
     case VxRepairStatus::Failed:
     case VxRepairStatus::NotFound:
         return QCoreApplication::translate("VxOneKeyResult", "Not repaired: the change could not be made.");
+    case VxRepairStatus::OtherSystem:
+        return QCoreApplication::translate("VxOneKeyResult", "Not repaired: the examined system is not the running one.");
     case VxRepairStatus::Done:
         break;
     }

@@ -30,7 +30,10 @@ QString statusReason(VxRepairStatus status)
         return QStringLiteral("vetrix-helper or pkexec not found");
     case VxRepairStatus::Refused:
         return QStringLiteral("refused by vetrix-helper");
+    case VxRepairStatus::OtherSystem:
+        return QStringLiteral("another system root");
     case VxRepairStatus::Failed:
+    case VxRepairStatus::NotFound:
         break;
     }
     return QStringLiteral("vetrix-helper failed");

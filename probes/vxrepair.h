@@ -16,6 +16,8 @@ enum class VxRepairStatus {
     Refused,        // the helper rejected the arguments
     Failed,         // the change itself failed (nothing half-written)
     NotFound,       // what the repair runs (an installer) is not there
+    OtherSystem,    // the repair would act on this machine, not on the
+                    // system root being examined (a mounted image)
 };
 
 // How one repair ended: its status and, where it did not happen, why (for

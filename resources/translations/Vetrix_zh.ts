@@ -1059,6 +1059,10 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
         <source>No USB 3 controller or USB3 Vision camera found.</source>
         <translation>未发现 USB 3 控制器或 USB3 Vision 相机。</translation>
     </message>
+    <message>
+        <source>Not repaired: the examined system is not the running one.</source>
+        <translation>未修复：所检查的系统不是当前运行的系统。</translation>
+    </message>
 </context>
 <context>
     <name>VxOneKeyResultTree</name>
@@ -1275,6 +1279,10 @@ Exit status: 0 nothing exceptional, 1 something exceptional, 2 usage error.</sou
     <message>
         <source>Missing file: %1</source>
         <translation>缺少文件：%1</translation>
+    </message>
+    <message>
+        <source>The driver was not installed: the installer belongs to the examined system image and is not run on this computer.</source>
+        <translation>驱动未安装：该安装程序属于所检查的系统镜像，不会在本机上运行。</translation>
     </message>
 </context>
 <context>

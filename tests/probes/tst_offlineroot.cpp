@@ -1,10 +1,12 @@
 // A system root that is not the running machine (a mounted image): every
 // item reads the image's files or is left out as not available; nothing
 // comes from the machine running the test.
+#include "cameradrivers.h"
 #include "cdetectinfo.h"
 #include "envvars.h"
 #include "luinterface.h"
 #include "systemroot.h"
+#include "vxprobetable.h"
 
 #include <QDir>
 #include <QFile>
@@ -56,21 +58,70 @@ private slots:
         m_pRoot = nullptr;
     }
 
-    // An image has no sysfs: the network, GigE driver and USB items are not available.
+    // An image has no sysfs and no /proc: the network, GigE driver, USB and
+    // tuning items are not available.
     void emptyImageLeavesOutWhatItCannotRead()
     {
         QVERIFY(QDir().mkpath(root() + "/etc"));
         QVERIFY(!LuInterface::isLiveRoot());
-        QCOMPARE(SystemRoot::unreadableItems(), quint32(4 | 32 | 128 | 256 | 512 | 65536));
+        QCOMPARE(SystemRoot::unreadableItems(),
+                 quint32(4 | 32 | 128 | 256 | 512 | 4096 | 8192 | 16384 | 65536));
     }
 
-    // A captured tree with USB, PCI and network devices: only the GigE driver,
-    // whose device node would reach the running machine's driver, stays out.
+    // A captured tree with USB, PCI and network devices but no kernel
+    // parameters: the tuning items stay out with the GigE driver, whose
+    // device node would reach the running machine's driver.
     void capturedSysfsIsRead()
     {
         QVERIFY(QDir().mkpath(root() + "/sys/bus/usb/devices"));
         QVERIFY(QDir().mkpath(root() + "/sys/class/net"));
-        QCOMPARE(SystemRoot::unreadableItems(), quint32(4));
+        QCOMPARE(SystemRoot::unreadableItems(), quint32(4 | 4096 | 8192 | 16384));
+    }
+
+    // The image's configuration files say what a boot would set, not what a
+    // kernel uses: they leave the tuning items out...
+    void tuningConfigurationAloneIsNotRead()
+    {
+        QVERIFY(QDir().mkpath(root() + "/sys/bus/usb/devices"));
+        QVERIFY(QDir().mkpath(root() + "/sys/class/net"));
+        writeFile(root() + "/etc/sysctl.d/90-vetrix-tool.conf", "net.core.rmem_max = 16777216\n");
+        writeFile(root() + "/etc/tmpfiles.d/vetrix-tool-usbfs.conf",
+                  "w /sys/module/usbcore/parameters/usbfs_memory_mb - - - - 1000\n");
+        QCOMPARE(SystemRoot::unreadableItems(), quint32(4 | 4096 | 8192 | 16384));
+    }
+
+    // ...while the running values of a captured system are read, each item
+    // by its own source.
+    void capturedKernelValuesAreRead_data()
+    {
+        QTest::addColumn<QString>("strFile");
+        QTest::addColumn<quint32>("uStillOut");
+        QTest::newRow("usbfs") << "/sys/module/usbcore/parameters/usbfs_memory_mb" << quint32(4 | 8192 | 16384);
+        QTest::newRow("net.core") << "/proc/sys/net/core/rmem_max" << quint32(4 | 4096 | 16384);
+        QTest::newRow("rp_filter") << "/proc/sys/net/ipv4/conf/all/rp_filter" << quint32(4 | 4096 | 8192);
+    }
+    void capturedKernelValuesAreRead()
+    {
+        QFETCH(QString, strFile);
+        QFETCH(quint32, uStillOut);
+        QVERIFY(QDir().mkpath(root() + "/sys/bus/usb/devices"));
+        QVERIFY(QDir().mkpath(root() + "/sys/class/net"));
+        writeFile(root() + strFile, "1\n");
+        QCOMPARE(SystemRoot::unreadableItems(), uStillOut);
+    }
+
+    // The image's driver installer is a program of the image: started here it
+    // would install into this machine. It is not run.
+    void imagesDriverInstallerIsNotRun()
+    {
+        const QString strMarker = root() + "/ran";
+        writeFile(CameraDrivers::usb3InstallScript(), QByteArray("#!/bin/sh\ntouch '") + strMarker.toLocal8Bit() + "'\n");
+        QVERIFY(CameraDrivers::usb3InstallScript().startsWith(root()));
+        const VxProbeTable table = defaultProbeTable(VxPrivileges(QString(), VxPrivileges::Rights::Root));
+        QVERIFY(table.items.value(8).install);
+        QCOMPARE(table.items.value(8).install().status, VxRepairStatus::OtherSystem);
+        QTest::qWait(300);
+        QVERIFY(!QFileInfo::exists(strMarker));
     }
 
     void liveRootLeavesNothingOut()
