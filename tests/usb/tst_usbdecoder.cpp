@@ -3,7 +3,6 @@
 // lines, and bad input that must never be read past.
 #include "usbdecodertestutil.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <cstring>
@@ -16,7 +15,8 @@ class TestUsbDecoder : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    // The bad-input test prints device descriptors, which name their vendor.
+    void initTestCase() { QVERIFY(m_vendors.install()); }
     void walkStride();
     void walkBounds_data();
     void walkBounds();
@@ -30,15 +30,8 @@ private slots:
     void garbageNeverReadsOutside();
 
 private:
-    QTemporaryDir m_dir;
+    VendorListRoot m_vendors;
 };
-
-void TestUsbDecoder::initTestCase()
-{
-    // The bad-input test prints device descriptors, which name their vendor.
-    QVERIFY(m_dir.isValid());
-    QVERIFY(installVendorList(m_dir.path()));
-}
 
 void TestUsbDecoder::walkStride()
 {

@@ -7,7 +7,6 @@
 #include "cusbtreedecoder.h"
 #include "probekit.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <cstring>
@@ -19,7 +18,7 @@ class TestUsbNodeLines : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase() { QVERIFY(m_vendors.install()); }
     void connectionLines_data();
     void connectionLines();
     void stringLines();
@@ -31,14 +30,8 @@ private slots:
     void usbIdsParser();
 
 private:
-    QTemporaryDir m_dir;
+    VendorListRoot m_vendors;
 };
-
-void TestUsbNodeLines::initTestCase()
-{
-    QVERIFY(m_dir.isValid());
-    QVERIFY(installVendorList(m_dir.path()));
-}
 
 void TestUsbNodeLines::connectionLines_data()
 {
@@ -234,7 +227,7 @@ void TestUsbNodeLines::usbIdsParser()
     QCOMPARE(map.size(), 2);
     QCOMPARE(CUsbIds::vendorName(0x0627), QString("Adomax Technology Co., Ltd"));
     QVERIFY(CUsbIds::vendorName(0x0999).isEmpty());
-    QVERIFY(CUsbIds::sourceFile().startsWith(m_dir.path()));
+    QVERIFY(CUsbIds::sourceFile().startsWith(m_vendors.path()));
 }
 
 QTEST_GUILESS_MAIN(TestUsbNodeLines)

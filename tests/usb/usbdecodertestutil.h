@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QPair>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QVector>
 
 namespace UsbDecoderTest {
@@ -95,20 +96,30 @@ inline Lines walkInterfaceAnd(const QByteArray &iface, const QByteArray &descrip
     return walk(block);
 }
 
-// Writes a small usb.ids below strRoot and makes strRoot the system root, so
-// vendor names do not depend on the machine. False when the file cannot be
-// written.
-inline bool installVendorList(const QString &strRoot)
+// A system root of the tests' own with a small usb.ids, so vendor names do
+// not depend on the machine. install() writes the list and makes the folder
+// the system root; false when it cannot.
+class VendorListRoot
 {
-    QDir().mkpath(strRoot + "/usr/share/misc");
-    QFile ids(strRoot + "/usr/share/misc/usb.ids");
-    if (!ids.open(QIODevice::WriteOnly))
-        return false;
-    ids.write("# test list\n046d  Logitech, Inc.\n\tc077  M105 Optical Mouse\n0627  Adomax Technology Co., Ltd\n"
-              "C 03  Human Interface Device\n0999  not a vendor\n");
-    ids.close();
-    qputenv("VETRIX_SYSROOT", strRoot.toLocal8Bit());
-    return true;
-}
+public:
+    bool install()
+    {
+        if (!m_dir.isValid())
+            return false;
+        QDir().mkpath(path() + "/usr/share/misc");
+        QFile ids(path() + "/usr/share/misc/usb.ids");
+        if (!ids.open(QIODevice::WriteOnly))
+            return false;
+        ids.write("# test list\n046d  Logitech, Inc.\n\tc077  M105 Optical Mouse\n0627  Adomax Technology Co., Ltd\n"
+                  "C 03  Human Interface Device\n0999  not a vendor\n");
+        ids.close();
+        qputenv("VETRIX_SYSROOT", path().toLocal8Bit());
+        return true;
+    }
+    QString path() const { return m_dir.path(); }
+
+private:
+    QTemporaryDir m_dir;
+};
 
 } // namespace UsbDecoderTest
