@@ -56,6 +56,14 @@ QStringList firewallLines(const CDetectInfo &info)
         QT_TRANSLATE_NOOP("VxOneKeyResult", "The firewall has been opened"));
 }
 
+// The firewall as the system tells it (D-Bus, or another root's boot links).
+VxItemProbes firewallProbes(const VxPrivileges &)
+{
+    VxItemProbes probes;
+    probes.check = vxCheck([](CDetectInfo &info) { Firewall::check(info, FirewallStatus()); });
+    return probes;
+}
+
 QStringList jumboLines(const CDetectInfo &info)
 {
     QStringList lines;
@@ -160,7 +168,7 @@ QVector<VxItemRow> systemItemRows()
         VxItems::Firewall, QT_TRANSLATE_NOOP("VxOneKeyResult", "PC Firewall Status"), VxItems::SystemGroup, 7, 2);
     // Normal means the firewall is off; the button only states it.
     firewall.button = {VxItems::BtnDisabled, false, VxItems::BtnEnabled, false};
-    firewall.defaultProbes = checkOnly<Firewall::check>;
+    firewall.defaultProbes = firewallProbes;
     firewall.lines = firewallLines;
     firewall.facts = VxItemFacts::none;
 
