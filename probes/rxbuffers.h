@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cdetectinfo.h"
+#include "netadapters.h"
 #include "vxchange.h"
 #include "vxrepair.h"
 
@@ -53,7 +54,9 @@ constexpr qint64 kMinimumBacklog = 10000;
 QStringList sysctlKeys();
 qint64 minimumOf(const QString &strKey);
 
-void check(CRxBufferDetectInfo &info);
+// Linux: the sysctls and the ring of each physical adapter of links.
+// Windows: its own adapter list (links unused).
+void check(CRxBufferDetectInfo &info, const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 bool isExceptional(const CRxBufferDetectInfo &info);
 
 // Linux: Sysctl changes to the minimum and RxRing changes to the maximum.
@@ -63,8 +66,9 @@ VxPlan plan(const CRxBufferDetectInfo &info);
 
 // Makes the plan's changes and checks again (Windows: then restarts the
 // adapters as the jumbo repair does; Linux: as root, see
-// TuningApply::applyPlan).
-VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights);
+// TuningApply::applyPlan, its interfaces checked against links).
+VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights,
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 inline constexpr char kReceiveBuffersKind[] = "receive-buffers";
 inline constexpr char kInterruptModerationKind[] = "interrupt-moderation";

@@ -37,7 +37,7 @@ void setRingReader(RingReader reader)
     ringReader() = std::move(reader);
 }
 
-void check(CRxBufferDetectInfo &info)
+void check(CRxBufferDetectInfo &info, const NetAdapters::LinkSource &links)
 {
     info.sysctls.clear();
     info.adapters.clear();
@@ -46,9 +46,7 @@ void check(CRxBufferDetectInfo &info)
     // Rings come from the running kernel: with another system root they
     // are not that system's.
     info.bRingsReadable = ringReader() || LuInterface::isLiveRoot();
-    for (const CLinkFacts &link : NetAdapters::readLinks()) {
-        if (!NetAdapters::isPhysical(link.strName))
-            continue;
+    for (const CLinkFacts &link : NetAdapters::physicalLinks(links)) {
         CRxAdapter adapter;
         adapter.strName = link.strName;
         if (info.bRingsReadable) {
@@ -68,10 +66,10 @@ void check(CRxBufferDetectInfo &info)
     info.bNormal = isExceptional(info) ? 0 : 1;
 }
 
-VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights)
+VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights, const NetAdapters::LinkSource &links)
 {
-    const VxRepairOutcome outcome = TuningApply::applyPlan(plan(info), rights);
-    check(info);
+    const VxRepairOutcome outcome = TuningApply::applyPlan(plan(info), rights, links);
+    check(info, links);
     return outcome;
 }
 

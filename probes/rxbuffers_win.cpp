@@ -136,7 +136,7 @@ bool writeKeyword(const QString &strDriverKey, const QString &strName, const QSt
 
 void setRingReader(RingReader) { }
 
-void check(CRxBufferDetectInfo &info)
+void check(CRxBufferDetectInfo &info, const NetAdapters::LinkSource &)
 {
     info.sysctls.clear();
     info.adapters.clear();
@@ -156,7 +156,7 @@ void check(CRxBufferDetectInfo &info)
     info.bNormal = isExceptional(info) ? 0 : 1;
 }
 
-VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &)
+VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &, const NetAdapters::LinkSource &)
 {
     VxRepairStatus status = VxRepairStatus::Done;
     QList<CNetAdapter> listRestart;

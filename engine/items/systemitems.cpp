@@ -90,13 +90,15 @@ QJsonObject jumboFacts(const CDetectInfo &info)
     return object;
 }
 
+// The jumbo probes on the system's network interfaces.
 VxItemProbes jumboProbes(const VxPrivileges &rights)
 {
+    const NetAdapters::LinkSource links = NetAdapters::LinkSource::system();
     VxItemProbes probes;
-    probes.check = vxCheck(JumboFrame::check);
-    probes.repair =
-        vxRepair([rights](CJumboPacketDetectInfo &info) { return JournaledRepairs::repairJumbo(info, rights); });
-    probes.plan = vxPlan(RepairPlans::jumboPlan);
+    probes.check = vxCheck([links](CJumboPacketDetectInfo &info) { JumboFrame::check(info, links); });
+    probes.repair = vxRepair(
+        [rights, links](CJumboPacketDetectInfo &info) { return JournaledRepairs::repairJumbo(info, rights, links); });
+    probes.plan = vxPlan([links](const CJumboPacketDetectInfo &info) { return RepairPlans::jumboPlan(info, links); });
     return probes;
 }
 
@@ -105,6 +107,14 @@ QString rateText(int nMbps)
     if (nMbps < 0)
         return translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Unknown"));
     return QString::number(nMbps / 1000.0, 'f', 2) + QStringLiteral("Gbps");
+}
+
+VxItemProbes lineRateProbes(const VxPrivileges &)
+{
+    const NetAdapters::LinkSource links = NetAdapters::LinkSource::system();
+    VxItemProbes probes;
+    probes.check = vxCheck([links](CNetworkSpeedDetectInfo &info) { LineRate::check(info, links); });
+    return probes;
 }
 
 QStringList lineRateLines(const CDetectInfo &info)
@@ -186,7 +196,7 @@ QVector<VxItemRow> systemItemRows()
         VxItems::LineRate, QT_TRANSLATE_NOOP("VxOneKeyResult", "Network Line Rate"), VxItems::SystemGroup, 9, 4);
     rate.button = {VxItems::BtnNormal, false, VxItems::BtnViewSolution, true};
     rate.action = VxRowAction::Dialog;
-    rate.defaultProbes = checkOnly<LineRate::check>;
+    rate.defaultProbes = lineRateProbes;
     rate.lines = lineRateLines;
     rate.facts = lineRateFacts;
 
