@@ -38,11 +38,18 @@ VxItemProbes repairableProbes(const VxPrivileges &rights, const Sources &...sour
     return probes;
 }
 
-// The same for an item that reads the network interfaces.
-template<typename Record, auto Check, auto Plan, auto Repair>
-VxItemProbes adapterProbes(const VxPrivileges &rights)
+// The network items read the system's interfaces; the receive rings come
+// from the running kernel (the empty ring reader).
+VxItemProbes receiveBufferProbes(const VxPrivileges &rights)
 {
-    return repairableProbes<Record, Check, Plan, Repair>(rights, NetAdapters::LinkSource::system());
+    return repairableProbes<CRxBufferDetectInfo, RxBuffers::check, RxBuffers::plan, RxBuffers::repair>(
+        rights, NetAdapters::LinkSource::system(), RxBuffers::RingReader());
+}
+
+VxItemProbes reversePathProbes(const VxPrivileges &rights)
+{
+    return repairableProbes<CRpFilterDetectInfo, RpFilter::check, RpFilter::plan, RpFilter::repair>(
+        rights, NetAdapters::LinkSource::system());
 }
 
 // A row of the group: detected after the other groups' items, its lines in
@@ -71,11 +78,11 @@ QVector<VxItemRow> tuningItemRows()
 
     auto rx = tuningRow<CRxBufferDetectInfo, rxBufferLines, rxBufferFacts>(
         VxItems::ReceiveBuffers, QT_TRANSLATE_NOOP("VxOneKeyResult", "Network Receive Buffers"), 2, true);
-    rx.defaultProbes = adapterProbes<CRxBufferDetectInfo, RxBuffers::check, RxBuffers::plan, RxBuffers::repair>;
+    rx.defaultProbes = receiveBufferProbes;
 
     auto rp = tuningRow<CRpFilterDetectInfo, rpFilterLines, rpFilterFacts>(
         VxItems::ReversePathFilter, QT_TRANSLATE_NOOP("VxOneKeyResult", "Reverse-Path Filter"), 3, true);
-    rp.defaultProbes = adapterProbes<CRpFilterDetectInfo, RpFilter::check, RpFilter::plan, RpFilter::repair>;
+    rp.defaultProbes = reversePathProbes;
 
     auto gentl = tuningRow<CGenTLDetectInfo, genTLLines, genTLFacts>(
         VxItems::GenTLProducers, QT_TRANSLATE_NOOP("VxOneKeyResult", "GenTL Producers"), 4, false);

@@ -56,7 +56,6 @@ private slots:
     }
     void cleanup()
     {
-        RxBuffers::setRingReader({});
         qunsetenv("VETRIX_SYSROOT");
         delete m_pRoot;
         m_pRoot = nullptr;
@@ -221,7 +220,7 @@ private slots:
         writeSysctls("16777216", "16777216", "10000");
         QVERIFY(addInterface("eth0"));
         QVERIFY(addInterface("eth1"));
-        RxBuffers::setRingReader([&](const QString &strName, CRxRing *pRing, QString *pError) {
+        const RxBuffers::RingReader rings = [&](const QString &strName, CRxRing *pRing, QString *pError) {
             if (strName == "eth1") {
                 *pError = "Operation not supported";
                 return false;
@@ -229,9 +228,9 @@ private slots:
             pRing->uRx = quint32(rx);
             pRing->uRxMax = quint32(max);
             return true;
-        });
+        };
         CRxBufferDetectInfo info;
-        RxBuffers::check(info, links());
+        RxBuffers::check(info, links(), rings);
         QCOMPARE(info.bNormal, normal);
         const VxPlan plan = RxBuffers::plan(info);
         QCOMPARE(plan.size(), normal ? 0 : 1);
