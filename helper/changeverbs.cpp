@@ -53,7 +53,7 @@ VxPlan planOf(const QStringList &listArgs)
     return plan;
 }
 
-bool validateApply(const QStringList &listArgs, QString *pReason)
+bool validateApply(const QStringList &listArgs, QString *pReason, const NetAdapters::LinkSource &links)
 {
     if (listArgs.size() < 1 + kFieldsPerChange || (listArgs.size() - 1) % kFieldsPerChange != 0)
         return refuse(pReason, QStringLiteral("apply takes OPT and ITEM KIND TARGET OLD NEW per change"));
@@ -69,7 +69,7 @@ bool validateApply(const QStringList &listArgs, QString *pReason)
             return refuse(pReason, QStringLiteral("not an item id: ") + strItem);
     }
     for (const VxChange &change : planOf(listArgs)) {
-        if (!VxApply::isValidChange(change, pReason))
+        if (!VxApply::isValidChange(change, pReason, links))
             return false;
     }
     return true;
@@ -88,11 +88,11 @@ bool validateUndo(const QStringList &listArgs, QString *pReason)
     return true;
 }
 
-int runApply(
-    const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal, const VxApply::StageHook &hook)
+int runApply(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal,
+    const VxApply::StageHook &hook, const NetAdapters::LinkSource &links)
 {
     QString strReason;
-    if (!validateApply(listArgs, &strReason))
+    if (!validateApply(listArgs, &strReason, links))
         return refused(strReason);
     // Checked before the journal is created and again under its lock.
     if (hasOptimisation(journal.optimisations(), listArgs.first()))
@@ -103,10 +103,11 @@ int runApply(
     }
     if (hasOptimisation(journal.optimisations(), listArgs.first()))
         return refused(QStringLiteral("optimisation id already used: ") + listArgs.first());
-    return exitOf(VxApply::apply(listArgs.first(), planOf(listArgs), appliers, journal, QString(), hook));
+    return exitOf(VxApply::apply(listArgs.first(), planOf(listArgs), appliers, journal, QString(), hook, links));
 }
 
-int runUndo(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal, const VxApply::StageHook &hook)
+int runUndo(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal, const VxApply::StageHook &hook,
+    const NetAdapters::LinkSource &links)
 {
     QString strReason;
     if (!validateUndo(listArgs, &strReason))
@@ -128,7 +129,7 @@ int runUndo(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &
         if (!VxApply::undoPlan(vecOpts, strUndone, &plan))
             return refused(QStringLiteral("no such optimisation: ") + strUndone);
     }
-    return exitOf(VxApply::apply(listArgs.first(), plan, appliers, journal, strUndone, hook));
+    return exitOf(VxApply::apply(listArgs.first(), plan, appliers, journal, strUndone, hook, links));
 }
 
 } // namespace ChangeVerbs

@@ -13,11 +13,13 @@
 //       restore optimisation UNDONE (default: the last one not yet undone)
 //       as optimisation OPT, last change first
 //
-// Every change must pass VxApply::isValidChange(); one invalid change
-// refuses the whole command before anything is touched.
+// Every change must pass VxApply::isValidChange() (the interfaces it names
+// looked up in links, the system's unless a test hands in its own); one
+// invalid change refuses the whole command before anything is touched.
 namespace ChangeVerbs {
 
-bool validateApply(const QStringList &listArgs, QString *pReason);
+bool validateApply(const QStringList &listArgs, QString *pReason,
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 bool validateUndo(const QStringList &listArgs, QString *pReason);
 
 // The plan an apply command line carries (validateApply first).
@@ -26,8 +28,10 @@ VxPlan planOf(const QStringList &listArgs);
 // Validate, open the journal, check the ids against it and run; the exit
 // status of HelperVerbs (done: every change done or unchanged).
 int runApply(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal,
-    const VxApply::StageHook &hook = VxApply::StageHook());
+    const VxApply::StageHook &hook = VxApply::StageHook(),
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 int runUndo(const QStringList &listArgs, const VxAppliers &appliers, VxJournal &journal,
-    const VxApply::StageHook &hook = VxApply::StageHook());
+    const VxApply::StageHook &hook = VxApply::StageHook(),
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 } // namespace ChangeVerbs

@@ -43,7 +43,7 @@ bool validateSetEnv(const QStringList &listArgs, QString *pReason)
     return true;
 }
 
-bool validateSetMtu(const QStringList &listArgs, QString *pReason)
+bool validateSetMtu(const QStringList &listArgs, QString *pReason, const NetAdapters::LinkSource &links)
 {
     if (listArgs.size() != 2)
         return refuse(pReason, QStringLiteral("set-mtu takes IFACE MTU"));
@@ -51,14 +51,12 @@ bool validateSetMtu(const QStringList &listArgs, QString *pReason)
     const int nMtu = listArgs.at(1).toInt(&bNumber, 10);
     if (!bNumber || nMtu < kMinMtu || nMtu > kMaxMtu)
         return refuse(pReason, QStringLiteral("MTU out of range"));
-    for (const CLinkFacts &link : NetAdapters::readLinks()) {
-        if (link.strName != listArgs.at(0))
-            continue;
-        if (link.nMaxMtu > 0 && nMtu > link.nMaxMtu)
-            return refuse(pReason, QStringLiteral("MTU above the driver's maximum"));
-        return true;
-    }
-    return refuse(pReason, QStringLiteral("no such interface"));
+    CLinkFacts link;
+    if (!NetAdapters::findLink(links, listArgs.at(0), &link))
+        return refuse(pReason, QStringLiteral("no such interface"));
+    if (link.nMaxMtu > 0 && nMtu > link.nMaxMtu)
+        return refuse(pReason, QStringLiteral("MTU above the driver's maximum"));
+    return true;
 }
 
 bool validateRemove(const QStringList &listArgs, QString *pReason)
@@ -96,7 +94,7 @@ bool validateInstaller(const QStringList &listArgs, QString *pReason)
 
 } // namespace
 
-bool validate(const QStringList &listArgs, QString *pReason)
+bool validate(const QStringList &listArgs, QString *pReason, const NetAdapters::LinkSource &links)
 {
     if (listArgs.isEmpty())
         return refuse(pReason, QStringLiteral("no verb"));
@@ -105,22 +103,22 @@ bool validate(const QStringList &listArgs, QString *pReason)
     if (strVerb == QLatin1String("set-env"))
         return validateSetEnv(listRest, pReason);
     if (strVerb == QLatin1String("set-mtu"))
-        return validateSetMtu(listRest, pReason);
+        return validateSetMtu(listRest, pReason, links);
     if (strVerb == QLatin1String("remove-sdk-file"))
         return validateRemove(listRest, pReason);
     if (strVerb == QLatin1String("run-installer"))
         return validateInstaller(listRest, pReason);
     if (strVerb == QLatin1String("apply"))
-        return ChangeVerbs::validateApply(listRest, pReason);
+        return ChangeVerbs::validateApply(listRest, pReason, links);
     if (strVerb == QLatin1String("undo"))
         return ChangeVerbs::validateUndo(listRest, pReason);
     return refuse(pReason, QStringLiteral("unknown verb: ") + strVerb);
 }
 
-int run(const QStringList &listArgs)
+int run(const QStringList &listArgs, const NetAdapters::LinkSource &links)
 {
     QString strReason;
-    if (!validate(listArgs, &strReason)) {
+    if (!validate(listArgs, &strReason, links)) {
         qWarning("vetrix-helper: refused: %s", qPrintable(strReason));
         return ExitRefused;
     }
@@ -128,9 +126,10 @@ int run(const QStringList &listArgs)
     const QStringList listRest = listArgs.mid(1);
     if (strVerb == QLatin1String("apply") || strVerb == QLatin1String("undo")) {
         VxJournal journal;
-        const VxAppliers appliers = VxApply::systemAppliers(journal.quarantineFolder());
-        return strVerb == QLatin1String("apply") ? ChangeVerbs::runApply(listRest, appliers, journal)
-                                                 : ChangeVerbs::runUndo(listRest, appliers, journal);
+        const VxAppliers appliers = VxApply::systemAppliers(journal.quarantineFolder(), links);
+        return strVerb == QLatin1String("apply")
+            ? ChangeVerbs::runApply(listRest, appliers, journal, VxApply::StageHook(), links)
+            : ChangeVerbs::runUndo(listRest, appliers, journal, VxApply::StageHook(), links);
     }
     if (strVerb == QLatin1String("set-env")) {
         EtcEnvironment::Assignments assignments;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "netadapters.h"
 #include "vxrepair.h"
 
 #include <QString>
@@ -23,11 +24,14 @@ using VxPrivileged::ExitDone;
 using VxPrivileged::ExitFailed;
 using VxPrivileged::ExitRefused;
 
-// Checks a command line (verb first). On refusal *pReason says why.
-bool validate(const QStringList &listArgs, QString *pReason = nullptr);
+// Checks a command line (verb first); an interface it names must be one
+// links lists (the program passes the system's, tests their own). On
+// refusal *pReason says why.
+bool validate(const QStringList &listArgs, QString *pReason = nullptr,
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 // Validates and performs; returns the exit status. run-installer starts the
 // script detached and returns whether it started.
-int run(const QStringList &listArgs);
+int run(const QStringList &listArgs, const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 } // namespace HelperVerbs

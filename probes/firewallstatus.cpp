@@ -4,9 +4,8 @@
 
 namespace Firewall {
 
-void check(CDetectInfo &info)
+void check(CDetectInfo &info, const FirewallStatus &status)
 {
-    const FirewallStatus status;
     info.bNormal = status.isEnabled() ? 0 : 1;
 }
 

@@ -14,18 +14,6 @@ namespace {
 
 constexpr int kTimeoutMs = 1000;
 
-FirewallStatus::UnitStateReader &unitReader()
-{
-    static FirewallStatus::UnitStateReader reader;
-    return reader;
-}
-
-FirewallStatus::FirewalldStateReader &firewalldReader()
-{
-    static FirewallStatus::FirewalldStateReader reader;
-    return reader;
-}
-
 // One blocking call with a short time-out that never starts a service.
 QVariant callBus(const QString &strService, const QString &strPath, const QString &strInterface, const QString &strMethod,
                  const QVariantList &listArgs)
@@ -98,11 +86,17 @@ QString bootUnitState(const QString &strUnit)
     return QStringLiteral("inactive");
 }
 
-QString unitState(const QString &strUnit)
+// The system's unit state: systemd's answer on the live root, the boot
+// links of another root.
+QString systemUnitState(const QString &strUnit)
 {
-    if (unitReader())
-        return unitReader()(strUnit);
     return LuInterface::isLiveRoot() ? FirewallStatus::systemdUnitState(strUnit) : bootUnitState(strUnit);
+}
+
+// firewalld is asked on the live root only.
+QString systemFirewalldState()
+{
+    return LuInterface::isLiveRoot() ? FirewallStatus::firewalldState() : QString();
 }
 
 // ufw keeps its on/off switch in ufw.conf: ENABLED=yes.
@@ -126,26 +120,29 @@ bool ufwSwitchedOn()
 
 } // namespace
 
-FirewallStatus::FirewallStatus() = default;
-FirewallStatus::~FirewallStatus() = default;
-
-void FirewallStatus::setUnitStateReader(UnitStateReader reader)
+FirewallStatus::FirewallStatus()
+    : FirewallStatus(systemUnitState, systemFirewalldState)
 {
-    unitReader() = std::move(reader);
 }
 
-void FirewallStatus::setFirewalldStateReader(FirewalldStateReader reader)
+FirewallStatus::FirewallStatus(UnitStateReader unitState, FirewalldStateReader firewalldState)
+    : m_unitState(std::move(unitState))
+    , m_firewalldState(std::move(firewalldState))
 {
-    firewalldReader() = std::move(reader);
+}
+
+FirewallStatus::~FirewallStatus() = default;
+
+QString FirewallStatus::unitState(const QString &strUnit) const
+{
+    return m_unitState ? m_unitState(strUnit) : QString();
 }
 
 bool FirewallStatus::isEnabled() const
 {
     if (unitState(QStringLiteral("firewalld.service")) == QLatin1String("active"))
         return true;
-    const QString strFirewalld = firewalldReader()        ? firewalldReader()()
-                                 : LuInterface::isLiveRoot() ? firewalldState()
-                                                             : QString();
+    const QString strFirewalld = m_firewalldState ? m_firewalldState() : QString();
     if (strFirewalld == QLatin1String("RUNNING"))
         return true;
     if (unitState(QStringLiteral("nftables.service")) == QLatin1String("active"))

@@ -33,16 +33,15 @@ bool standardProfileEnabled()
 } // namespace
 
 FirewallStatus::FirewallStatus() = default;
+
+// systemd and firewalld have no meaning here: the readers are kept unused.
+FirewallStatus::FirewallStatus(UnitStateReader unitState, FirewalldStateReader firewalldState)
+    : m_unitState(std::move(unitState))
+    , m_firewalldState(std::move(firewalldState))
+{
+}
+
 FirewallStatus::~FirewallStatus() = default;
-
-// The systemd and firewalld seams have no meaning here.
-void FirewallStatus::setUnitStateReader(UnitStateReader)
-{
-}
-
-void FirewallStatus::setFirewalldStateReader(FirewalldStateReader)
-{
-}
 
 bool FirewallStatus::isEnabled() const
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "netadapters.h"
 #include "vxchange.h"
 #include "vxrepair.h"
 
@@ -18,12 +19,15 @@ namespace JournaledRepairs {
 
 // Applies a plan as one optimisation; Done when every change was made (or
 // was already made), else the helper's status or Failed with the first
-// failed change's reason.
-VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights, VxJournal &journal);
+// failed change's reason. In process, the interfaces the changes name are
+// those of links.
+VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights, VxJournal &journal,
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 VxRepairOutcome repairSdkFiles(CSDKPathDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
 VxRepairOutcome repairEnvironment(CEnvDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
-VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
+VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system(),
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 // Whether this system journals its repairs (and so can undo them).
 bool isJournaled();

@@ -10,13 +10,14 @@
 
 namespace JournaledRepairs {
 
-VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights, VxJournal &journal)
+VxRepairOutcome applyPlan(
+    const VxPlan &plan, const VxPrivileges &rights, VxJournal &journal, const NetAdapters::LinkSource &links)
 {
     if (plan.isEmpty())
         return VxRepairOutcome();
     VxRepairStatus helperStatus = VxRepairStatus::Done;
-    const QVector<VxChangeResult> vecResults = VxApply::run(
-        VxApply::newOptimisationId(), plan, VxApply::systemRoute(journal, rights), journal, QString(), &helperStatus);
+    const QVector<VxChangeResult> vecResults = VxApply::run(VxApply::newOptimisationId(), plan,
+        VxApply::systemRoute(journal, rights, links), journal, QString(), &helperStatus);
     for (const VxChangeResult &result : vecResults) {
         if (result.strResult == QLatin1String(VxJournalResult::Done)
             || result.strResult == QLatin1String(VxJournalResult::Unchanged))
@@ -45,11 +46,12 @@ VxRepairOutcome repairEnvironment(CEnvDetectInfo &info, const VxPrivileges &righ
     return outcome;
 }
 
-VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &rights)
+VxRepairOutcome repairJumbo(
+    CJumboPacketDetectInfo &info, const VxPrivileges &rights, const NetAdapters::LinkSource &links)
 {
     VxJournal journal;
-    const VxRepairOutcome outcome = applyPlan(RepairPlans::jumboPlan(info), rights, journal);
-    JumboFrame::check(info);
+    const VxRepairOutcome outcome = applyPlan(RepairPlans::jumboPlan(info, links), rights, journal, links);
+    JumboFrame::check(info, links);
     return outcome;
 }
 

@@ -8,7 +8,7 @@
 // Windows keeps no journal: the repairs are the direct ones.
 namespace JournaledRepairs {
 
-VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &, VxJournal &)
+VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &, VxJournal &, const NetAdapters::LinkSource &)
 {
     if (plan.isEmpty())
         return VxRepairOutcome();
@@ -25,9 +25,10 @@ VxRepairOutcome repairEnvironment(CEnvDetectInfo &info, const VxPrivileges &righ
     return EnvVars::repair(info, rights);
 }
 
-VxRepairOutcome repairJumbo(CJumboPacketDetectInfo &info, const VxPrivileges &rights)
+VxRepairOutcome repairJumbo(
+    CJumboPacketDetectInfo &info, const VxPrivileges &rights, const NetAdapters::LinkSource &links)
 {
-    return JumboFrame::repair(info, rights);
+    return JumboFrame::repair(info, rights, links);
 }
 
 bool isJournaled()

@@ -5,12 +5,12 @@
 
 namespace JumboFrame {
 
-void check(CJumboPacketDetectInfo &info)
+void check(CJumboPacketDetectInfo &info, const NetAdapters::LinkSource &links)
 {
     info.bNormal = 1;
     info.jumboStates.clear();
     info.jumboValues.clear();
-    NetAdapters::buildAdapterList();
+    NetAdapters::buildAdapterList(links);
     for (const CNetAdapter &adapter : NetAdapters::adapterList()) {
         info.jumboStates[adapter.description] = adapter.jumboState;
         info.jumboValues[adapter.description] = adapter.jumboValue;
@@ -31,7 +31,7 @@ void restartAdapters()
     NetAdapters::restartAdapters(NetAdapters::adapterList());
 }
 
-VxRepairOutcome repair(CJumboPacketDetectInfo &info, const VxPrivileges &rights)
+VxRepairOutcome repair(CJumboPacketDetectInfo &info, const VxPrivileges &rights, const NetAdapters::LinkSource &links)
 {
     VxRepairStatus result = VxRepairStatus::Done;
     const QList<CNetAdapter> listBefore = NetAdapters::adapterList();
@@ -43,7 +43,7 @@ VxRepairOutcome repair(CJumboPacketDetectInfo &info, const VxPrivileges &rights)
             result = status;
     }
     // Check again, then restart exactly the adapters that were off before.
-    check(info);
+    check(info, links);
     const QList<CNetAdapter> listAfter = NetAdapters::adapterList();
     NetAdapters::restartAdapters(listBefore);
     NetAdapters::adapterList() = listAfter;

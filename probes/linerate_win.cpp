@@ -54,7 +54,7 @@ constexpr int kIfEntryTries = 50;
 
 } // namespace
 
-void check(CNetworkSpeedDetectInfo &info)
+void check(CNetworkSpeedDetectInfo &info, const NetAdapters::LinkSource &)
 {
     info.bNormal = 1;
     info.adapterSpeeds.clear();

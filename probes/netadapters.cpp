@@ -8,6 +8,16 @@ QList<CNetAdapter> &adapterList()
     return list;
 }
 
+QList<CLinkFacts> LinkSource::allLinks() const
+{
+    return links ? links() : QList<CLinkFacts>();
+}
+
+bool LinkSource::physical(const QString &strName) const
+{
+    return isPhysical && isPhysical(strName);
+}
+
 QMap<QString, QString> &jumboValueNames()
 {
     static QMap<QString, QString> map;

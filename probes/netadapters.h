@@ -33,6 +33,26 @@ struct CLinkFacts
 
 namespace NetAdapters {
 
+// Where the network interfaces come from: every interface with its kernel
+// facts, and the test that tells a physical adapter from a virtual one.
+// The checks, the jumbo plan and the validation of a change take one;
+// system() is the system being diagnosed, tests hand in their own.
+struct LinkSource
+{
+    std::function<QList<CLinkFacts>()> links;
+    std::function<bool(const QString &strName)> isPhysical;
+
+    // Linux: systemLinks() and isPhysicalDevice(). Windows lists its
+    // adapters through SetupAPI and the IP helper, not through a source:
+    // there it lists nothing.
+    static LinkSource system();
+
+    // The interfaces (none when links is empty) and whether one is a
+    // physical adapter (false when isPhysical is empty).
+    QList<CLinkFacts> allLinks() const;
+    bool physical(const QString &strName) const;
+};
+
 // The process-wide adapter list, rebuilt by each jumbo check.
 QList<CNetAdapter> &adapterList();
 // For each driverKey, the name of the driver setting that held its jumbo
@@ -40,8 +60,9 @@ QList<CNetAdapter> &adapterList();
 QMap<QString, QString> &jumboValueNames();
 
 // --- platform entry points ------------------------------------------------
-// Rebuilds adapterList() from the connected adapters.
-void buildAdapterList();
+// Rebuilds adapterList() from the connected adapters (Linux: those of
+// links; Windows lists its own).
+void buildAdapterList(const LinkSource &links = LinkSource::system());
 // Switches an adapter's jumbo frames on (the largest setting its driver
 // offers) or off (the smallest / the standard frame).
 VxRepairStatus setJumbo(const QString &strDriverKey, bool bEnable, const VxPrivileges &rights = VxPrivileges::system());
@@ -64,18 +85,14 @@ int jumboStateOf(int nMtu, int nMaxMtu);
 // Every interface of the system: a netlink RTM_GETLINK dump of the running
 // kernel, or with another system root the attributes (operstate, carrier,
 // mtu, ifindex) below its sys/class/net, with no maximum MTU.
-QList<CLinkFacts> readLinks();
+QList<CLinkFacts> systemLinks();
 // Whether the interfaces can be read at all: the live system, or another
 // system root that has a sys/class/net folder.
 bool linksReadable();
-// Test seam: replaces readLinks() (an empty function restores the default).
-void setLinkReader(std::function<QList<CLinkFacts>()> reader);
 
-// Whether an interface is a physical adapter: it has a device behind it and
-// is not a virtual one. setPhysicalTest() replaces the test (namespace tests
-// let their veth pairs count as physical).
-bool isPhysical(const QString &strName);
-void setPhysicalTest(std::function<bool(const QString &)> test);
+// Whether an interface of the system is a physical adapter: it has a device
+// behind it and is not a virtual one.
+bool isPhysicalDevice(const QString &strName);
 
 // The device behind an interface (sysfs device name), empty when none.
 QString deviceOf(const QString &strName);
@@ -83,8 +100,12 @@ QString deviceOf(const QString &strName);
 // Line rate of an interface in Mbit/s, -1 when the driver does not know it.
 int speedMbps(const QString &strName);
 
+// The physical adapters of links, in the order links lists them.
+QList<CLinkFacts> physicalLinks(const LinkSource &links);
 // The connected physical adapters, in interface index order.
-QList<CLinkFacts> connectedPhysicalLinks();
+QList<CLinkFacts> connectedPhysicalLinks(const LinkSource &links = LinkSource::system());
+// The interface named strName in links, if there is one.
+bool findLink(const LinkSource &links, const QString &strName, CLinkFacts *pLink);
 
 // Sets an interface's MTU (through vetrix-helper when not root); when
 // NetworkManager manages the interface its profile gets the MTU too. Fails

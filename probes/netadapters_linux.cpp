@@ -204,19 +204,6 @@ int speedMbps(const QString &strName)
     return bOk && nSpeed > 0 ? nSpeed : -1;
 }
 
-namespace {
-std::function<QList<CLinkFacts>()> &linkReader()
-{
-    static std::function<QList<CLinkFacts>()> reader;
-    return reader;
-}
-std::function<bool(const QString &)> &physicalTest()
-{
-    static std::function<bool(const QString &)> test;
-    return test;
-}
-} // namespace
-
 int jumboStateOf(int nMtu, int nMaxMtu)
 {
     if (nMtu + kEthernetHeader > kStandardFrame)
@@ -226,10 +213,8 @@ int jumboStateOf(int nMtu, int nMaxMtu)
     return 2;
 }
 
-QList<CLinkFacts> readLinks()
+QList<CLinkFacts> systemLinks()
 {
-    if (linkReader())
-        return linkReader()();
     if (!LuInterface::isLiveRoot())
         return readRootLinks();
     return readKernelLinks();
@@ -240,28 +225,37 @@ bool linksReadable()
     return LuInterface::isLiveRoot() || QFileInfo(LuInterface::sysPath(QStringLiteral("/sys/class/net"))).isDir();
 }
 
-void setLinkReader(std::function<QList<CLinkFacts>()> reader)
+LinkSource LinkSource::system()
 {
-    linkReader() = std::move(reader);
+    return LinkSource {systemLinks, isPhysicalDevice};
 }
 
-bool isPhysical(const QString &strName)
-{
-    if (physicalTest())
-        return physicalTest()(strName);
-    return isPhysicalDevice(strName);
-}
-
-void setPhysicalTest(std::function<bool(const QString &)> test)
-{
-    physicalTest() = std::move(test);
-}
-
-QList<CLinkFacts> connectedPhysicalLinks()
+QList<CLinkFacts> physicalLinks(const LinkSource &links)
 {
     QList<CLinkFacts> listLinks;
-    for (const CLinkFacts &link : readLinks()) {
-        if (link.bConnected && isPhysical(link.strName))
+    for (const CLinkFacts &link : links.allLinks()) {
+        if (links.physical(link.strName))
+            listLinks << link;
+    }
+    return listLinks;
+}
+
+bool findLink(const LinkSource &links, const QString &strName, CLinkFacts *pLink)
+{
+    for (const CLinkFacts &link : links.allLinks()) {
+        if (link.strName == strName) {
+            *pLink = link;
+            return true;
+        }
+    }
+    return false;
+}
+
+QList<CLinkFacts> connectedPhysicalLinks(const LinkSource &links)
+{
+    QList<CLinkFacts> listLinks;
+    for (const CLinkFacts &link : physicalLinks(links)) {
+        if (link.bConnected)
             listLinks << link;
     }
     std::stable_sort(listLinks.begin(), listLinks.end(),
@@ -269,10 +263,10 @@ QList<CLinkFacts> connectedPhysicalLinks()
     return listLinks;
 }
 
-void buildAdapterList()
+void buildAdapterList(const LinkSource &links)
 {
     QList<CNetAdapter> listAdapters;
-    for (const CLinkFacts &link : connectedPhysicalLinks()) {
+    for (const CLinkFacts &link : connectedPhysicalLinks(links)) {
         CNetAdapter adapter;
         adapter.description = link.strName;
         adapter.driverKey = link.strName;

@@ -216,7 +216,13 @@ int readJumbo(const QString &strDriverKey, int *pValue)
 
 } // namespace Detail
 
-void buildAdapterList()
+// The adapters come from SetupAPI and the IP helper below: no link source.
+LinkSource LinkSource::system()
+{
+    return LinkSource();
+}
+
+void buildAdapterList(const LinkSource &)
 {
     adapterList().clear();
     for (const QString &strEnumerator : {QStringLiteral("PCI"), QStringLiteral("USB")}) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "netadapters.h"
 #include "vxchange.h"
 
 class CEnvDetectInfo;
@@ -25,8 +26,9 @@ inline constexpr quint32 kReversePathItem = 16384;
 VxPlan environmentPlan(const CEnvDetectInfo &info);
 
 // One change per adapter the record shows off (state 0) whose driver offers
-// a larger MTU: from its current MTU to the largest.
-VxPlan jumboPlan(const CJumboPacketDetectInfo &info);
+// a larger MTU: from its current MTU (as links gives it) to the largest.
+VxPlan jumboPlan(
+    const CJumboPacketDetectInfo &info, const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 // One change per SDK library found: from its identity (content hash, or link
 // target) to absent, which moves it to the quarantine.

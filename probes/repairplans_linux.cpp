@@ -27,10 +27,10 @@ VxPlan environmentPlan(const CEnvDetectInfo &info)
     return plan;
 }
 
-VxPlan jumboPlan(const CJumboPacketDetectInfo &info)
+VxPlan jumboPlan(const CJumboPacketDetectInfo &info, const NetAdapters::LinkSource &links)
 {
     VxPlan plan;
-    const QList<CLinkFacts> listLinks = NetAdapters::readLinks();
+    const QList<CLinkFacts> listLinks = links.allLinks();
     for (auto it = info.jumboStates.cbegin(); it != info.jumboStates.cend(); ++it) {
         if (it.value() != 0)
             continue;

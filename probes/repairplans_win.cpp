@@ -9,7 +9,7 @@ VxPlan environmentPlan(const CEnvDetectInfo &)
     return VxPlan();
 }
 
-VxPlan jumboPlan(const CJumboPacketDetectInfo &)
+VxPlan jumboPlan(const CJumboPacketDetectInfo &, const NetAdapters::LinkSource &)
 {
     return VxPlan();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cdetectinfo.h"
+#include "netadapters.h"
 #include "vxchange.h"
 #include "vxrepair.h"
 
@@ -34,15 +35,19 @@ constexpr int kLoose = 2;
 // neither can be read.
 int effective(int nAll, int nOwn);
 
-void check(CRpFilterDetectInfo &info);
+// Reads "all" and the value of each physical adapter of links (Windows:
+// not applicable, links unused).
+void check(CRpFilterDetectInfo &info, const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 bool isExceptional(const CRpFilterDetectInfo &info);
 
 // For each adapter filtered strictly, its own rp_filter to 2 (loose), which
 // wins over "all" whatever that holds; other adapters are left alone.
 VxPlan plan(const CRpFilterDetectInfo &info);
 
-// As root: applies the plan (TuningApply::applyPlan) and checks again.
-VxRepairOutcome repair(CRpFilterDetectInfo &info, const VxPrivileges &rights);
+// As root: applies the plan (TuningApply::applyPlan, its interfaces checked
+// against links) and checks again.
+VxRepairOutcome repair(CRpFilterDetectInfo &info, const VxPrivileges &rights,
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 } // namespace RpFilter
 

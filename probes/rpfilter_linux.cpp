@@ -23,22 +23,20 @@ int readValue(const QString &strInterface)
 
 } // namespace
 
-void check(CRpFilterDetectInfo &info)
+void check(CRpFilterDetectInfo &info, const NetAdapters::LinkSource &links)
 {
     info.bApplicable = true;
     info.adapters.clear();
     info.nAll = readValue(QStringLiteral("all"));
-    for (const CLinkFacts &link : NetAdapters::readLinks()) {
-        if (NetAdapters::isPhysical(link.strName))
-            info.adapters.insert(link.strName, readValue(link.strName));
-    }
+    for (const CLinkFacts &link : NetAdapters::physicalLinks(links))
+        info.adapters.insert(link.strName, readValue(link.strName));
     info.bNormal = isExceptional(info) ? 0 : 1;
 }
 
-VxRepairOutcome repair(CRpFilterDetectInfo &info, const VxPrivileges &rights)
+VxRepairOutcome repair(CRpFilterDetectInfo &info, const VxPrivileges &rights, const NetAdapters::LinkSource &links)
 {
-    const VxRepairOutcome outcome = TuningApply::applyPlan(plan(info), rights);
-    check(info);
+    const VxRepairOutcome outcome = TuningApply::applyPlan(plan(info), rights, links);
+    check(info, links);
     return outcome;
 }
 

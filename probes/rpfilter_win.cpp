@@ -4,7 +4,7 @@
 // nothing to read and stays normal.
 namespace RpFilter {
 
-void check(CRpFilterDetectInfo &info)
+void check(CRpFilterDetectInfo &info, const NetAdapters::LinkSource &)
 {
     info.bApplicable = false;
     info.nAll = -1;
@@ -12,7 +12,7 @@ void check(CRpFilterDetectInfo &info)
     info.bNormal = 1;
 }
 
-VxRepairOutcome repair(CRpFilterDetectInfo &info, const VxPrivileges &)
+VxRepairOutcome repair(CRpFilterDetectInfo &info, const VxPrivileges &, const NetAdapters::LinkSource &)
 {
     check(info);
     return VxRepairOutcome();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cdetectinfo.h"
+#include "netadapters.h"
 #include "vxchange.h"
 #include "vxrepair.h"
 
@@ -53,7 +54,15 @@ constexpr qint64 kMinimumBacklog = 10000;
 QStringList sysctlKeys();
 qint64 minimumOf(const QString &strKey);
 
-void check(CRxBufferDetectInfo &info);
+// Reads an interface's receive ring (Linux), as EthtoolRings::read does.
+using RingReader = std::function<bool(const QString &strName, CRxRing *pRing, QString *pError)>;
+
+// Linux: the sysctls and the ring of each physical adapter of links, read
+// with rings; an empty reader asks the running kernel, with the live system
+// root only (tests hand in a reader so that fixture roots carry rings).
+// Windows: its own adapter list (links and rings unused).
+void check(CRxBufferDetectInfo &info, const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system(),
+    const RingReader &rings = RingReader());
 bool isExceptional(const CRxBufferDetectInfo &info);
 
 // Linux: Sysctl changes to the minimum and RxRing changes to the maximum.
@@ -63,17 +72,13 @@ VxPlan plan(const CRxBufferDetectInfo &info);
 
 // Makes the plan's changes and checks again (Windows: then restarts the
 // adapters as the jumbo repair does; Linux: as root, see
-// TuningApply::applyPlan).
-VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights);
+// TuningApply::applyPlan, its interfaces checked against links; the check
+// again reads rings).
+VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights,
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system(), const RingReader &rings = RingReader());
 
 inline constexpr char kReceiveBuffersKind[] = "receive-buffers";
 inline constexpr char kInterruptModerationKind[] = "interrupt-moderation";
-
-// Test seam (Linux): replaces the ethtool ring read, so fixture roots can
-// carry rings (an empty function restores the default, which reads the
-// running kernel with the live root only).
-using RingReader = std::function<bool(const QString &strName, CRxRing *pRing, QString *pError)>;
-void setRingReader(RingReader reader);
 
 } // namespace RxBuffers
 

@@ -13,12 +13,6 @@ namespace RxBuffers {
 
 namespace {
 
-RingReader &ringReader()
-{
-    static RingReader reader;
-    return reader;
-}
-
 qint64 readSysctl(const QString &strKey)
 {
     const QString strPath = TuningApply::sysctlPath(strKey);
@@ -32,12 +26,7 @@ qint64 readSysctl(const QString &strKey)
 
 } // namespace
 
-void setRingReader(RingReader reader)
-{
-    ringReader() = std::move(reader);
-}
-
-void check(CRxBufferDetectInfo &info)
+void check(CRxBufferDetectInfo &info, const NetAdapters::LinkSource &links, const RingReader &rings)
 {
     info.sysctls.clear();
     info.adapters.clear();
@@ -45,17 +34,15 @@ void check(CRxBufferDetectInfo &info)
         info.sysctls.insert(strKey, readSysctl(strKey));
     // Rings come from the running kernel: with another system root they
     // are not that system's.
-    info.bRingsReadable = ringReader() || LuInterface::isLiveRoot();
-    for (const CLinkFacts &link : NetAdapters::readLinks()) {
-        if (!NetAdapters::isPhysical(link.strName))
-            continue;
+    info.bRingsReadable = rings || LuInterface::isLiveRoot();
+    for (const CLinkFacts &link : NetAdapters::physicalLinks(links)) {
         CRxAdapter adapter;
         adapter.strName = link.strName;
         if (info.bRingsReadable) {
             CRxRing ring;
             QString strError;
-            const bool bRead = ringReader() ? ringReader()(link.strName, &ring, &strError)
-                                            : EthtoolRings::read(link.strName, &ring, &strError);
+            const bool bRead
+                = rings ? rings(link.strName, &ring, &strError) : EthtoolRings::read(link.strName, &ring, &strError);
             if (bRead) {
                 adapter.nRx = ring.uRx;
                 adapter.nRxMax = ring.uRxMax;
@@ -68,10 +55,11 @@ void check(CRxBufferDetectInfo &info)
     info.bNormal = isExceptional(info) ? 0 : 1;
 }
 
-VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights)
+VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &rights, const NetAdapters::LinkSource &links,
+    const RingReader &rings)
 {
-    const VxRepairOutcome outcome = TuningApply::applyPlan(plan(info), rights);
-    check(info);
+    const VxRepairOutcome outcome = TuningApply::applyPlan(plan(info), rights, links);
+    check(info, links, rings);
     return outcome;
 }
 

@@ -134,9 +134,7 @@ bool writeKeyword(const QString &strDriverKey, const QString &strName, const QSt
 
 } // namespace Detail
 
-void setRingReader(RingReader) { }
-
-void check(CRxBufferDetectInfo &info)
+void check(CRxBufferDetectInfo &info, const NetAdapters::LinkSource &, const RingReader &)
 {
     info.sysctls.clear();
     info.adapters.clear();
@@ -156,7 +154,8 @@ void check(CRxBufferDetectInfo &info)
     info.bNormal = isExceptional(info) ? 0 : 1;
 }
 
-VxRepairOutcome repair(CRxBufferDetectInfo &info, const VxPrivileges &)
+VxRepairOutcome repair(
+    CRxBufferDetectInfo &info, const VxPrivileges &, const NetAdapters::LinkSource &, const RingReader &)
 {
     VxRepairStatus status = VxRepairStatus::Done;
     QList<CNetAdapter> listRestart;

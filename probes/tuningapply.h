@@ -1,5 +1,6 @@
 #pragma once
 
+#include "netadapters.h"
 #include "vxchange.h"
 #include "vxrepair.h"
 
@@ -41,8 +42,10 @@ QString sysctlFileKey(const QString &strKey);
 // failure (Failed, with the reason). The running system's settings need
 // root (NotAuthorized otherwise); another system root is written with the
 // user's rights. The changes of a user's optimisation go through the journal
-// and the helper instead; this is for a repair run by root itself.
-VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights);
+// and the helper instead; this is for a repair run by root itself. The
+// interfaces the changes name are checked against links.
+VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights,
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 } // namespace TuningApply
 

@@ -320,10 +320,10 @@ bool isValid(const VxChange &change, QString *pError)
 
 // Through the journal, so the changes can be undone: in this process as
 // root or below another system root, else through vetrix-helper.
-VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights)
+VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &rights, const NetAdapters::LinkSource &links)
 {
     VxJournal journal;
-    return JournaledRepairs::applyPlan(plan, rights, journal);
+    return JournaledRepairs::applyPlan(plan, rights, journal, links);
 }
 
 } // namespace TuningApply

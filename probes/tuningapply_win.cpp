@@ -34,7 +34,7 @@ QString sysctlFileKey(const QString &)
     return QString();
 }
 
-VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &)
+VxRepairOutcome applyPlan(const VxPlan &plan, const VxPrivileges &, const NetAdapters::LinkSource &)
 {
     for (const VxChange &change : plan) {
         QString strError;

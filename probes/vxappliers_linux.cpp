@@ -49,20 +49,12 @@ bool isInterfaceName(const QString &strName)
 }
 
 // The kernel's facts of an existing interface.
-bool findLink(const QString &strName, CLinkFacts *pLink)
+bool findInterface(const NetAdapters::LinkSource &links, const QString &strName, CLinkFacts *pLink)
 {
-    if (!isInterfaceName(strName))
-        return false;
-    for (const CLinkFacts &link : NetAdapters::readLinks()) {
-        if (link.strName == strName) {
-            *pLink = link;
-            return true;
-        }
-    }
-    return false;
+    return isInterfaceName(strName) && NetAdapters::findLink(links, strName, pLink);
 }
 
-bool isValidSysctl(const VxChange &change, QString *pReason)
+bool isValidSysctl(const VxChange &change, QString *pReason, const NetAdapters::LinkSource &links)
 {
     static const QStringList listCore = {QStringLiteral("net.core.rmem_max"), QStringLiteral("net.core.rmem_default"),
         QStringLiteral("net.core.netdev_max_backlog")};
@@ -77,7 +69,8 @@ bool isValidSysctl(const VxChange &change, QString *pReason)
         return refuse(pReason, QStringLiteral("not a sysctl key the repairs set: ") + change.strTarget);
     const QString strIface = match.captured(1);
     CLinkFacts link;
-    if (strIface != QLatin1String("all") && strIface != QLatin1String("default") && !findLink(strIface, &link))
+    if (strIface != QLatin1String("all") && strIface != QLatin1String("default")
+        && !findInterface(links, strIface, &link))
         return refuse(pReason, QStringLiteral("no such interface: ") + strIface);
     if (!isNumber(change.strNew, 0, 2) || !isNumber(change.strOld, 0, 2, true))
         return refuse(pReason, QStringLiteral("rp_filter value out of range"));
@@ -129,10 +122,10 @@ bool applyEnvironment(const VxChange &change, QString *pError)
     return bOk;
 }
 
-bool readMtu(const VxChange &change, QString *pValue)
+bool readMtu(const NetAdapters::LinkSource &links, const VxChange &change, QString *pValue)
 {
     CLinkFacts link;
-    if (!findLink(change.strTarget, &link))
+    if (!findInterface(links, change.strTarget, &link))
         return false;
     *pValue = QString::number(link.nMtu);
     return true;
@@ -150,7 +143,7 @@ bool applyMtu(const VxChange &change, QString *pError)
 
 } // namespace
 
-bool isValidChange(const VxChange &change, QString *pReason)
+bool isValidChange(const VxChange &change, QString *pReason, const NetAdapters::LinkSource &links)
 {
     if (!kindFitsItem(change.strKind, change.uItem))
         return refuse(pReason, QStringLiteral("not a change item %1 makes: %2").arg(change.uItem).arg(change.strKind));
@@ -172,7 +165,7 @@ bool isValidChange(const VxChange &change, QString *pReason)
         if (!isNumber(change.strNew, kMinMtu, kMaxMtu) || !isNumber(change.strOld, kMinMtu, kMaxMtu))
             return refuse(pReason, QStringLiteral("MTU out of range"));
         CLinkFacts link;
-        if (!findLink(change.strTarget, &link))
+        if (!findInterface(links, change.strTarget, &link))
             return refuse(pReason, QStringLiteral("no such interface: ") + change.strTarget);
         if (link.nMaxMtu > 0 && change.strNew.toInt() > link.nMaxMtu)
             return refuse(pReason, QStringLiteral("MTU above the driver's maximum"));
@@ -188,7 +181,7 @@ bool isValidChange(const VxChange &change, QString *pReason)
         return true;
     }
     if (strKind == QLatin1String(VxChangeKind::Sysctl))
-        return isValidSysctl(change, pReason);
+        return isValidSysctl(change, pReason, links);
     if (strKind == QLatin1String(VxChangeKind::UsbfsMemory)) {
         if (change.strTarget != QLatin1String("usbfs_memory_mb"))
             return refuse(pReason, QStringLiteral("not the USB buffer memory parameter"));
@@ -198,18 +191,20 @@ bool isValidChange(const VxChange &change, QString *pReason)
     }
     // rx-ring (kindFitsItem admits no other kind)
     CLinkFacts link;
-    if (!findLink(change.strTarget, &link))
+    if (!findInterface(links, change.strTarget, &link))
         return refuse(pReason, QStringLiteral("no such interface: ") + change.strTarget);
     if (!isNumber(change.strNew, 1, kMaxRing) || !isNumber(change.strOld, 1, kMaxRing))
         return refuse(pReason, QStringLiteral("ring size out of range"));
     return true;
 }
 
-VxAppliers ownAppliers(const QString &strQuarantine)
+VxAppliers ownAppliers(const QString &strQuarantine, const NetAdapters::LinkSource &links)
 {
     VxAppliers appliers;
     appliers.insert(QLatin1String(VxChangeKind::Environment), VxApplier {readEnvironment, applyEnvironment});
-    appliers.insert(QLatin1String(VxChangeKind::Mtu), VxApplier {readMtu, applyMtu});
+    const auto readLinkMtu
+        = [links](const VxChange &change, QString *pValue) { return readMtu(links, change, pValue); };
+    appliers.insert(QLatin1String(VxChangeKind::Mtu), VxApplier {readLinkMtu, applyMtu});
     VxApplier sdkFile;
     sdkFile.read
         = [](const VxChange &change, QString *pValue) { return VxQuarantine::identityOf(change.strTarget, pValue); };
@@ -225,17 +220,18 @@ VxAppliers ownAppliers(const QString &strQuarantine)
     return appliers;
 }
 
-VxAppliers systemAppliers(const QString &strQuarantine)
+VxAppliers systemAppliers(const QString &strQuarantine, const NetAdapters::LinkSource &links)
 {
-    return ownAppliers(strQuarantine);
+    return ownAppliers(strQuarantine, links);
 }
 
-Route systemRoute(const VxJournal &journal, const VxPrivileges &privileges)
+Route systemRoute(const VxJournal &journal, const VxPrivileges &privileges, const NetAdapters::LinkSource &links)
 {
     Route route;
     route.bInProcess = privileges.isRoot() || !LuInterface::isLiveRoot();
     if (route.bInProcess) {
-        route.appliers = systemAppliers(journal.quarantineFolder());
+        route.appliers = systemAppliers(journal.quarantineFolder(), links);
+        route.links = links;
     } else {
         route.runHelper = [privileges](const QString &strVerb, const QStringList &listArgs) {
             return privileges.runHelper(strVerb, listArgs);

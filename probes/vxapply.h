@@ -1,5 +1,6 @@
 #pragma once
 
+#include "netadapters.h"
 #include "vxchange.h"
 #include "vxjournal.h"
 #include "vxrepair.h"
@@ -25,17 +26,21 @@ using VxAppliers = QMap<QString, VxApplier>;
 namespace VxApply {
 
 // The appliers of the changes this program makes itself: Environment
-// (/etc/environment below the system root), Mtu (the running kernel) and
-// SdkFile (moved to and from strQuarantine).
-VxAppliers ownAppliers(const QString &strQuarantine);
+// (/etc/environment below the system root), Mtu (the running kernel; the
+// current MTU as links gives it) and SdkFile (moved to and from
+// strQuarantine).
+VxAppliers ownAppliers(
+    const QString &strQuarantine, const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 // Every kind of change the repairs make: what vetrix-helper and a program
 // running as root apply.
-VxAppliers systemAppliers(const QString &strQuarantine);
+VxAppliers systemAppliers(
+    const QString &strQuarantine, const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 // Whether a change is one the repairs may make: a known kind for its item,
-// a target from the closed list of that kind, values in range. On refusal
-// *pReason says why.
-bool isValidChange(const VxChange &change, QString *pReason);
+// a target from the closed list of that kind (an interface: one links
+// lists), values in range. On refusal *pReason says why.
+bool isValidChange(
+    const VxChange &change, QString *pReason, const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 // A new optimisation id ("20261124T142000Z-1a2b3c") and its form.
 QString newOptimisationId();
@@ -49,10 +54,12 @@ using StageHook = std::function<void(int nSeq, Stage stage)>;
 // Makes the plan's changes in order as optimisation strOpt (root; the
 // journal open for writing). A change whose target already holds the new
 // value is "unchanged"; one whose target no longer holds the old value, or
-// that has no applier, or is not valid, fails without being tried. When the
-// journal cannot be written no further change is made.
+// that has no applier, or is not valid (its interfaces looked up in links),
+// fails without being tried. When the journal cannot be written no further
+// change is made.
 QVector<VxChangeResult> apply(const QString &strOpt, const VxPlan &plan, const VxAppliers &appliers, VxJournal &journal,
-    const QString &strUndoes = QString(), const StageHook &hook = StageHook());
+    const QString &strUndoes = QString(), const StageHook &hook = StageHook(),
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 // The optimisation an undo without an id restores: the last repair (not an
 // undo) that made a change and that no complete undo restored yet. Empty
@@ -77,14 +84,17 @@ struct Route
 {
     bool bInProcess = false;
     VxAppliers appliers; // in process
+    // In process: the interfaces the changes are checked against.
+    NetAdapters::LinkSource links = NetAdapters::LinkSource::system();
     HelperRunner runHelper; // otherwise
 };
 
 // The route of a repair with these rights: in process with
-// systemAppliers() as root or on another system root (written with the
-// user's own rights: the helper acts on the running machine only), else
-// through the helper.
-Route systemRoute(const VxJournal &journal, const VxPrivileges &privileges = VxPrivileges::system());
+// systemAppliers() and links as root or on another system root (written
+// with the user's own rights: the helper acts on the running machine only),
+// else through the helper.
+Route systemRoute(const VxJournal &journal, const VxPrivileges &privileges = VxPrivileges::system(),
+    const NetAdapters::LinkSource &links = NetAdapters::LinkSource::system());
 
 // Applies the plan (or, when strUndoes is set, the undo of that
 // optimisation, the plan then being its undoPlan()) as strOpt.

@@ -54,7 +54,7 @@ bool isValidOptimisationId(const QString &strOpt)
 }
 
 QVector<VxChangeResult> apply(const QString &strOpt, const VxPlan &plan, const VxAppliers &appliers, VxJournal &journal,
-    const QString &strUndoes, const StageHook &hook)
+    const QString &strUndoes, const StageHook &hook, const NetAdapters::LinkSource &links)
 {
     QVector<VxChangeResult> vecResults;
     QString strJournalError;
@@ -69,7 +69,7 @@ QVector<VxChangeResult> apply(const QString &strOpt, const VxPlan &plan, const V
         VxJournalEntry entry = entryOf(strOpt, strUndoes, nSeq, change);
         QString strCurrent;
         const auto itApplier = appliers.constFind(change.strKind);
-        if (!isValidChange(change, &result.strReason)) {
+        if (!isValidChange(change, &result.strReason, links)) {
             // refused: the reason is set
         } else if (itApplier == appliers.constEnd() || !itApplier->read || !itApplier->apply) {
             result.strReason = QStringLiteral("no applier for ") + change.strKind;
@@ -161,7 +161,7 @@ QVector<VxChangeResult> run(const QString &strOpt, const VxPlan &plan, const Rou
     if (route.bInProcess) {
         QString strError;
         if (journal.openForWriting(&strError))
-            return apply(strOpt, plan, route.appliers, journal, strUndoes);
+            return apply(strOpt, plan, route.appliers, journal, strUndoes, StageHook(), route.links);
         for (const VxChange &change : plan)
             vecResults << VxChangeResult {change, QLatin1String(VxJournalResult::Failed), strError};
         return vecResults;

@@ -56,6 +56,14 @@ QStringList firewallLines(const CDetectInfo &info)
         QT_TRANSLATE_NOOP("VxOneKeyResult", "The firewall has been opened"));
 }
 
+// The firewall as the system tells it (D-Bus, or another root's boot links).
+VxItemProbes firewallProbes(const VxPrivileges &)
+{
+    VxItemProbes probes;
+    probes.check = vxCheck([](CDetectInfo &info) { Firewall::check(info, FirewallStatus()); });
+    return probes;
+}
+
 QStringList jumboLines(const CDetectInfo &info)
 {
     QStringList lines;
@@ -82,13 +90,15 @@ QJsonObject jumboFacts(const CDetectInfo &info)
     return object;
 }
 
+// The jumbo probes on the system's network interfaces.
 VxItemProbes jumboProbes(const VxPrivileges &rights)
 {
+    const NetAdapters::LinkSource links = NetAdapters::LinkSource::system();
     VxItemProbes probes;
-    probes.check = vxCheck(JumboFrame::check);
-    probes.repair =
-        vxRepair([rights](CJumboPacketDetectInfo &info) { return JournaledRepairs::repairJumbo(info, rights); });
-    probes.plan = vxPlan(RepairPlans::jumboPlan);
+    probes.check = vxCheck([links](CJumboPacketDetectInfo &info) { JumboFrame::check(info, links); });
+    probes.repair = vxRepair(
+        [rights, links](CJumboPacketDetectInfo &info) { return JournaledRepairs::repairJumbo(info, rights, links); });
+    probes.plan = vxPlan([links](const CJumboPacketDetectInfo &info) { return RepairPlans::jumboPlan(info, links); });
     return probes;
 }
 
@@ -97,6 +107,14 @@ QString rateText(int nMbps)
     if (nMbps < 0)
         return translated(QT_TRANSLATE_NOOP("VxOneKeyResult", "Unknown"));
     return QString::number(nMbps / 1000.0, 'f', 2) + QStringLiteral("Gbps");
+}
+
+VxItemProbes lineRateProbes(const VxPrivileges &)
+{
+    const NetAdapters::LinkSource links = NetAdapters::LinkSource::system();
+    VxItemProbes probes;
+    probes.check = vxCheck([links](CNetworkSpeedDetectInfo &info) { LineRate::check(info, links); });
+    return probes;
 }
 
 QStringList lineRateLines(const CDetectInfo &info)
@@ -160,7 +178,7 @@ QVector<VxItemRow> systemItemRows()
         VxItems::Firewall, QT_TRANSLATE_NOOP("VxOneKeyResult", "PC Firewall Status"), VxItems::SystemGroup, 7, 2);
     // Normal means the firewall is off; the button only states it.
     firewall.button = {VxItems::BtnDisabled, false, VxItems::BtnEnabled, false};
-    firewall.defaultProbes = checkOnly<Firewall::check>;
+    firewall.defaultProbes = firewallProbes;
     firewall.lines = firewallLines;
     firewall.facts = VxItemFacts::none;
 
@@ -178,7 +196,7 @@ QVector<VxItemRow> systemItemRows()
         VxItems::LineRate, QT_TRANSLATE_NOOP("VxOneKeyResult", "Network Line Rate"), VxItems::SystemGroup, 9, 4);
     rate.button = {VxItems::BtnNormal, false, VxItems::BtnViewSolution, true};
     rate.action = VxRowAction::Dialog;
-    rate.defaultProbes = checkOnly<LineRate::check>;
+    rate.defaultProbes = lineRateProbes;
     rate.lines = lineRateLines;
     rate.facts = lineRateFacts;
 

@@ -26,15 +26,30 @@ QJsonObject factsOf(const CDetectInfo &info)
     return pRecord ? Facts(*pRecord) : QJsonObject();
 }
 
-// A check, the plan of its repair and the repair that makes its changes.
-template<typename Record, auto Check, auto Plan, auto Repair>
-VxItemProbes repairableProbes(const VxPrivileges &rights)
+// A check, the plan of its repair and the repair that makes its changes;
+// the check and the repair get the sources given (the system's).
+template<typename Record, auto Check, auto Plan, auto Repair, typename... Sources>
+VxItemProbes repairableProbes(const VxPrivileges &rights, const Sources &...sources)
 {
     VxItemProbes probes;
-    probes.check = vxCheck(Check);
+    probes.check = vxCheck([sources...](Record &info) { Check(info, sources...); });
     probes.plan = vxPlan(Plan);
-    probes.repair = vxRepair([rights](Record &info) { return Repair(info, rights); });
+    probes.repair = vxRepair([rights, sources...](Record &info) { return Repair(info, rights, sources...); });
     return probes;
+}
+
+// The network items read the system's interfaces; the receive rings come
+// from the running kernel (the empty ring reader).
+VxItemProbes receiveBufferProbes(const VxPrivileges &rights)
+{
+    return repairableProbes<CRxBufferDetectInfo, RxBuffers::check, RxBuffers::plan, RxBuffers::repair>(
+        rights, NetAdapters::LinkSource::system(), RxBuffers::RingReader());
+}
+
+VxItemProbes reversePathProbes(const VxPrivileges &rights)
+{
+    return repairableProbes<CRpFilterDetectInfo, RpFilter::check, RpFilter::plan, RpFilter::repair>(
+        rights, NetAdapters::LinkSource::system());
 }
 
 // A row of the group: detected after the other groups' items, its lines in
@@ -63,11 +78,11 @@ QVector<VxItemRow> tuningItemRows()
 
     auto rx = tuningRow<CRxBufferDetectInfo, rxBufferLines, rxBufferFacts>(
         VxItems::ReceiveBuffers, QT_TRANSLATE_NOOP("VxOneKeyResult", "Network Receive Buffers"), 2, true);
-    rx.defaultProbes = repairableProbes<CRxBufferDetectInfo, RxBuffers::check, RxBuffers::plan, RxBuffers::repair>;
+    rx.defaultProbes = receiveBufferProbes;
 
     auto rp = tuningRow<CRpFilterDetectInfo, rpFilterLines, rpFilterFacts>(
         VxItems::ReversePathFilter, QT_TRANSLATE_NOOP("VxOneKeyResult", "Reverse-Path Filter"), 3, true);
-    rp.defaultProbes = repairableProbes<CRpFilterDetectInfo, RpFilter::check, RpFilter::plan, RpFilter::repair>;
+    rp.defaultProbes = reversePathProbes;
 
     auto gentl = tuningRow<CGenTLDetectInfo, genTLLines, genTLFacts>(
         VxItems::GenTLProducers, QT_TRANSLATE_NOOP("VxOneKeyResult", "GenTL Producers"), 4, false);

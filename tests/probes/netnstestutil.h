@@ -1,5 +1,7 @@
 #pragma once
 
+#include "netadapters.h"
+
 #include <QByteArray>
 #include <QProcess>
 #include <QStringList>
@@ -23,6 +25,15 @@ inline int mtuOf(const QString &strName)
     const QByteArray out = ip({"-o", "link", "show", "dev", strName});
     const int nAt = out.indexOf(" mtu ");
     return nAt < 0 ? -1 : out.mid(nAt + 5, out.indexOf(' ', nAt + 5) - nAt - 5).toInt();
+}
+
+// The namespace's interfaces from its kernel, with the veth ends named
+// counting as physical adapters (a veth pair has no device behind it).
+inline NetAdapters::LinkSource vethLinks(const QStringList &listNames)
+{
+    NetAdapters::LinkSource source = NetAdapters::LinkSource::system();
+    source.isPhysical = [listNames](const QString &strName) { return listNames.contains(strName); };
+    return source;
 }
 
 } // namespace NetnsTest

@@ -32,6 +32,13 @@ private:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
     }
     QStringList rooted(QStringList listArgs) const { return listArgs.replaceInStrings("@", root()); }
+    // The interfaces the verbs check their arguments against.
+    static NetAdapters::LinkSource links()
+    {
+        NetAdapters::LinkSource source;
+        source.links = [] { return QList<CLinkFacts> {{"lo", 1, 65536, 0, true}, {"eth0", 2, 1500, 9000, true}}; };
+        return source;
+    }
     int runHelperExecutable(const QStringList &listArgs)
     {
         QProcess process;
@@ -52,13 +59,9 @@ private slots:
         write("/usr/lib/libc.so", "x");
         write("/etc/libLuCameraControl.so", "x");
         QVERIFY(QDir().mkpath(root() + "/var/lib"));
-        NetAdapters::setLinkReader([] {
-            return QList<CLinkFacts> {{"lo", 1, 65536, 0, true}, {"eth0", 2, 1500, 9000, true}};
-        });
     }
     void cleanup()
     {
-        NetAdapters::setLinkReader({});
         qunsetenv("VETRIX_SYSROOT");
         delete m_pRoot;
     }
@@ -148,9 +151,9 @@ private slots:
         args = rooted(args);
         const QStringList listBefore = fixtureSnapshot(root());
         QString strReason;
-        QVERIFY(!HelperVerbs::validate(args, &strReason));
+        QVERIFY(!HelperVerbs::validate(args, &strReason, links()));
         QVERIFY(!strReason.isEmpty());
-        QCOMPARE(HelperVerbs::run(args), int(HelperVerbs::ExitRefused));
+        QCOMPARE(HelperVerbs::run(args, links()), int(HelperVerbs::ExitRefused));
         // Nothing was touched, not even the journal.
         QCOMPARE(fixtureSnapshot(root()), listBefore);
     }
@@ -180,7 +183,7 @@ private slots:
     {
         QFETCH(QStringList, args);
         QString strReason;
-        QVERIFY2(HelperVerbs::validate(rooted(args), &strReason), qPrintable(strReason));
+        QVERIFY2(HelperVerbs::validate(rooted(args), &strReason, links()), qPrintable(strReason));
     }
 
     // Ids are checked against the journal: one already used, or an undo of
@@ -188,14 +191,15 @@ private slots:
     void idsCheckedAgainstTheJournal()
     {
         const QStringList listApply = {"apply", opt(), "2", "env", "LUCAM_GIGE_DEBUG_HEARTBEAT", "", "60000"};
-        QCOMPARE(HelperVerbs::run(listApply), int(HelperVerbs::ExitDone));
+        QCOMPARE(HelperVerbs::run(listApply, links()), int(HelperVerbs::ExitDone));
         const QByteArray environment = read("/etc/environment");
         QCOMPARE(environment, QByteArray("LANG=C\nLUCAM_GIGE_DEBUG_HEARTBEAT=\"60000\"\n"));
         const QByteArray journal = read("/var/lib/vetrix-tool/journal.jsonl");
         QCOMPARE(journal.count('\n'), 2);
-        QCOMPARE(HelperVerbs::run({"apply", opt(), "2", "env", "PATH", "", "/x"}), int(HelperVerbs::ExitRefused));
-        QCOMPARE(HelperVerbs::run({"undo", opt()}), int(HelperVerbs::ExitRefused));
-        QCOMPARE(HelperVerbs::run({"undo", "20261124T142001Z-000000", "20261124T100000Z-000000"}),
+        QCOMPARE(
+            HelperVerbs::run({"apply", opt(), "2", "env", "PATH", "", "/x"}, links()), int(HelperVerbs::ExitRefused));
+        QCOMPARE(HelperVerbs::run({"undo", opt()}, links()), int(HelperVerbs::ExitRefused));
+        QCOMPARE(HelperVerbs::run({"undo", "20261124T142001Z-000000", "20261124T100000Z-000000"}, links()),
             int(HelperVerbs::ExitRefused));
         QCOMPARE(read("/etc/environment"), environment);
         QCOMPARE(read("/var/lib/vetrix-tool/journal.jsonl"), journal);

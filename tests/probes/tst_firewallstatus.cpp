@@ -24,8 +24,6 @@ private slots:
     }
     void cleanup()
     {
-        FirewallStatus::setUnitStateReader({});
-        FirewallStatus::setFirewalldStateReader({});
         qunsetenv("VETRIX_SYSROOT");
         delete m_pRoot;
     }
@@ -67,14 +65,15 @@ private slots:
         for (const QString &strUnit : units)
             mapUnits[strUnit.section('=', 0, 0)] = strUnit.section('=', 1);
         const bool bAnswers = !units.isEmpty();
-        FirewallStatus::setUnitStateReader([mapUnits, bAnswers](const QString &strUnit) {
-            return bAnswers ? mapUnits.value(strUnit, "inactive") : QString();
-        });
-        FirewallStatus::setFirewalldStateReader([firewalld] { return firewalld; });
-        QCOMPARE(FirewallStatus().isEnabled(), enabled);
+        const FirewallStatus status(
+            [mapUnits, bAnswers](const QString &strUnit) {
+                return bAnswers ? mapUnits.value(strUnit, "inactive") : QString();
+            },
+            [firewalld] { return firewalld; });
+        QCOMPARE(status.isEnabled(), enabled);
         CDetectInfo info;
         info.bNormal = enabled ? 1 : 0;
-        Firewall::check(info);
+        Firewall::check(info, status);
         QCOMPARE(info.bNormal, enabled ? 0 : 1);
     }
 

@@ -32,6 +32,13 @@ private:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
     }
     QStringList rooted(QStringList listArgs) const { return listArgs.replaceInStrings("@", root()); }
+    // The interfaces the verbs check their arguments against.
+    static NetAdapters::LinkSource links()
+    {
+        NetAdapters::LinkSource source;
+        source.links = [] { return QList<CLinkFacts> {{"lo", 1, 65536, 0, true}, {"eth0", 2, 1500, 9000, true}}; };
+        return source;
+    }
 
 private slots:
     void init()
@@ -44,13 +51,9 @@ private slots:
         write("/usr/lib/libc.so", "x");
         write("/etc/libLuCameraControl.so", "x");
         QVERIFY(QDir().mkpath(root() + "/usr/lib/sub/libLuUsb3vTL.so"));
-        NetAdapters::setLinkReader([] {
-            return QList<CLinkFacts>{{"lo", 1, 65536, 0, true}, {"eth0", 2, 1500, 9000, true}};
-        });
     }
     void cleanup()
     {
-        NetAdapters::setLinkReader({});
         qunsetenv("VETRIX_SYSROOT");
         delete m_pRoot;
     }
@@ -97,9 +100,9 @@ private slots:
         QFETCH(QStringList, args);
         args = rooted(args);
         QString strReason;
-        QVERIFY(!HelperVerbs::validate(args, &strReason));
+        QVERIFY(!HelperVerbs::validate(args, &strReason, links()));
         QVERIFY(!strReason.isEmpty());
-        QCOMPARE(HelperVerbs::run(args), int(HelperVerbs::ExitRefused));
+        QCOMPARE(HelperVerbs::run(args, links()), int(HelperVerbs::ExitRefused));
         // Nothing was touched.
         QCOMPARE(read("/etc/environment"), QByteArray("LANG=C\n"));
         QVERIFY(QFile::exists(root() + "/usr/lib/libLuCameraControl.so"));
@@ -120,19 +123,20 @@ private slots:
         QFETCH(QStringList, args);
         write("/opt/Orvex/Drivers/Usb3.0/install.sh", "true\n");
         QString strReason;
-        QVERIFY2(HelperVerbs::validate(rooted(args), &strReason), qPrintable(strReason));
+        QVERIFY2(HelperVerbs::validate(rooted(args), &strReason, links()), qPrintable(strReason));
     }
 
     void setEnvWrites()
     {
-        QCOMPARE(HelperVerbs::run({"set-env", "LUCAM_GIGE_DEBUG_HEARTBEAT", "60000", "PATH", "/a:/usr/bin"}),
-                 int(HelperVerbs::ExitDone));
+        QCOMPARE(HelperVerbs::run({"set-env", "LUCAM_GIGE_DEBUG_HEARTBEAT", "60000", "PATH", "/a:/usr/bin"}, links()),
+            int(HelperVerbs::ExitDone));
         QCOMPARE(read("/etc/environment"), QByteArray("LANG=C\nLUCAM_GIGE_DEBUG_HEARTBEAT=\"60000\"\nPATH=\"/a:/usr/bin\"\n"));
     }
 
     void removeDeletes()
     {
-        QCOMPARE(HelperVerbs::run({"remove-sdk-file", root() + "/usr/lib/libLuCameraControl.so"}), int(HelperVerbs::ExitDone));
+        QCOMPARE(HelperVerbs::run({"remove-sdk-file", root() + "/usr/lib/libLuCameraControl.so"}, links()),
+            int(HelperVerbs::ExitDone));
         QVERIFY(!QFile::exists(root() + "/usr/lib/libLuCameraControl.so"));
     }
 
@@ -146,7 +150,7 @@ private slots:
               "echo \"$PWD\" > '" + strMarker.toLocal8Bit() + ".tmp'\n"
               "while [ ! -e '" + strGo.toLocal8Bit() + "' ]; do sleep 0.05; done\n"
               "mv '" + strMarker.toLocal8Bit() + ".tmp' '" + strMarker.toLocal8Bit() + "'\n");
-        QCOMPARE(HelperVerbs::run({"run-installer", "usb3"}), int(HelperVerbs::ExitDone));
+        QCOMPARE(HelperVerbs::run({"run-installer", "usb3"}, links()), int(HelperVerbs::ExitDone));
         QVERIFY(!QFileInfo::exists(strMarker)); // returned before the script ended
         write("/go", "");
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(strMarker).size() > 0, 10000);

@@ -12,8 +12,8 @@
 
 // Integration test: the real netlink read and MTU write, in a network
 // namespace of its own holding a veth pair (needs root; CI runs as root).
-// The veth ends stand in for physical adapters through
-// NetAdapters::setPhysicalTest().
+// The veth ends stand in for physical adapters through the link source
+// the checks are handed.
 class TstJumboFrameNetnsIntegration : public QObject
 {
     Q_OBJECT
@@ -23,6 +23,7 @@ private:
 
     static QByteArray ip(const QStringList &listArgs) { return NetnsTest::ip(listArgs); }
     static int mtuOf(const QString &strName) { return NetnsTest::mtuOf(strName); }
+    static NetAdapters::LinkSource links() { return NetnsTest::vethLinks({"vxa", "vxb"}); }
 
 private slots:
     void initTestCase()
@@ -38,13 +39,12 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(ip({"-o", "link", "show", "dev", "vxa"}).contains("state UP")
                                      && ip({"-o", "link", "show", "dev", "vxb"}).contains("state UP"),
                                  10000);
-        NetAdapters::setPhysicalTest([](const QString &strName) { return strName == "vxa" || strName == "vxb"; });
         m_bReady = true;
     }
 
     void readsLinksFromTheKernel()
     {
-        const QList<CLinkFacts> listLinks = NetAdapters::readLinks();
+        const QList<CLinkFacts> listLinks = NetAdapters::systemLinks();
         QStringList listNames;
         for (const CLinkFacts &link : listLinks) {
             listNames << link.strName;
@@ -62,12 +62,12 @@ private slots:
     {
         QCOMPARE(ip({"link", "set", "vxb", "mtu", "9000"}), QByteArray());
         CJumboPacketDetectInfo info;
-        JumboFrame::check(info);
+        JumboFrame::check(info, links());
         QCOMPARE(info.jumboStates, (QMap<QString, int>{{"vxa", 0}, {"vxb", 1}}));
         QCOMPARE(info.jumboValues, (QMap<QString, int>{{"vxa", 1514}, {"vxb", 9014}}));
         QCOMPARE(info.bNormal, 0);
 
-        QCOMPARE(JumboFrame::repair(info), VxRepairStatus::Done);
+        QCOMPARE(JumboFrame::repair(info, VxPrivileges::system(), links()), VxRepairStatus::Done);
         QCOMPARE(mtuOf("vxa"), 65535); // the largest the driver offers
         QCOMPARE(mtuOf("vxb"), 9000);  // was on: left alone
         QCOMPARE(info.jumboStates, (QMap<QString, int>{{"vxa", 1}, {"vxb", 1}}));
@@ -78,10 +78,10 @@ private slots:
     void disableSetsTheStandardFrame()
     {
         CJumboPacketDetectInfo info;
-        JumboFrame::check(info);
+        JumboFrame::check(info, links());
         QCOMPARE(JumboFrame::setJumbo("vxb", false), VxRepairStatus::Done);
         QCOMPARE(mtuOf("vxb"), 1500);
-        JumboFrame::check(info);
+        JumboFrame::check(info, links());
         QCOMPARE(info.jumboStates.value("vxb"), 0);
     }
 
@@ -96,7 +96,6 @@ private slots:
     {
         if (m_bReady)
             ip({"link", "del", "vxa"});
-        NetAdapters::setPhysicalTest({});
     }
 };
 

@@ -21,6 +21,13 @@ private:
     QList<CLinkFacts> m_listLinks;
 
     QString root() const { return m_pRoot->path(); }
+    // The fixture's sysfs tells physical adapters; the kernel's list is fake.
+    NetAdapters::LinkSource links() const
+    {
+        NetAdapters::LinkSource source = NetAdapters::LinkSource::system();
+        source.links = [this] { return m_listLinks; };
+        return source;
+    }
 
     // A physical adapter "name" on a PCI device, with its speed file
     // ("" = no speed file).
@@ -67,12 +74,9 @@ private slots:
         QVERIFY(m_pRoot->isValid());
         qputenv("VETRIX_SYSROOT", root().toLocal8Bit());
         m_listLinks.clear();
-        NetAdapters::setLinkReader([this] { return m_listLinks; });
     }
     void cleanup()
     {
-        NetAdapters::setLinkReader({});
-        NetAdapters::setPhysicalTest({});
         qunsetenv("VETRIX_SYSROOT");
         delete m_pRoot;
     }
@@ -101,13 +105,14 @@ private slots:
     {
         addPhysical("enp0s3", 2, 1500, 9000, true, "1000");
         addVirtual("veth0", 3, 1500, true);
-        QVERIFY(NetAdapters::isPhysical("enp0s3"));
-        QVERIFY(!NetAdapters::isPhysical("veth0"));
-        QVERIFY(!NetAdapters::isPhysical("missing"));
-        QVERIFY(!NetAdapters::isPhysical("../../devices"));
-        NetAdapters::setPhysicalTest([](const QString &strName) { return strName == "veth0"; });
-        QVERIFY(NetAdapters::isPhysical("veth0"));
-        QVERIFY(!NetAdapters::isPhysical("enp0s3"));
+        QVERIFY(links().physical("enp0s3"));
+        QVERIFY(!links().physical("veth0"));
+        QVERIFY(!links().physical("missing"));
+        QVERIFY(!links().physical("../../devices"));
+        NetAdapters::LinkSource source = links();
+        source.isPhysical = [](const QString &strName) { return strName == "veth0"; };
+        QVERIFY(source.physical("veth0"));
+        QVERIFY(!source.physical("enp0s3"));
         QCOMPARE(NetAdapters::deviceOf("enp0s3"), QString("0000:00:02.0"));
     }
 
@@ -135,7 +140,7 @@ private slots:
         addVirtual("lo", 1, 65536, true);
         CJumboPacketDetectInfo info;
         info.jumboStates["stale"] = 0;
-        JumboFrame::check(info);
+        JumboFrame::check(info, links());
         QStringList listGot;
         for (auto it = info.jumboStates.cbegin(); it != info.jumboStates.cend(); ++it)
             listGot << it.key() + "=" + QString::number(it.value()) + "/" + QString::number(info.jumboValues.value(it.key()));
@@ -169,7 +174,7 @@ private slots:
         addVirtual("lo", 1, 65536, true);
         addVirtual("docker0", 9, 1500, true);
         CNetworkSpeedDetectInfo info;
-        LineRate::check(info);
+        LineRate::check(info, links());
         QStringList listGot;
         for (auto it = info.adapterSpeeds.cbegin(); it != info.adapterSpeeds.cend(); ++it)
             listGot << it.key() + "=" + QString::number(it.value());
@@ -189,11 +194,10 @@ private slots:
         writeAttributes("eth2", {{"operstate", "unknown"}, {"carrier", "1"}, {"mtu", "1500"}, {"ifindex", "4"}});
         addVirtual("lo", 1, 0, false);
         writeAttributes("lo", {{"operstate", "unknown"}, {"carrier", "1"}, {"mtu", "65536"}, {"ifindex", "1"}});
-        NetAdapters::setLinkReader({});
 
         QVERIFY(NetAdapters::linksReadable());
         QStringList listLinks;
-        for (const CLinkFacts &link : NetAdapters::readLinks())
+        for (const CLinkFacts &link : NetAdapters::systemLinks())
             listLinks << QStringLiteral("%1 %2 %3 %4 %5").arg(link.strName).arg(link.nIndex).arg(link.nMtu).arg(link.nMaxMtu).arg(link.bConnected);
         QCOMPARE(listLinks, QStringList({"eth0 2 9000 0 1", "eth1 3 1500 0 0", "eth2 4 1500 0 1", "lo 1 65536 0 1"}));
 
@@ -214,10 +218,9 @@ private slots:
     // the network items cannot be diagnosed and are left out, not normal.
     void otherRootWithoutSysfsIsNotAvailable()
     {
-        NetAdapters::setLinkReader({});
         QVERIFY(QDir().mkpath(root() + "/etc"));
         QVERIFY(!NetAdapters::linksReadable());
-        QVERIFY(NetAdapters::readLinks().isEmpty());
+        QVERIFY(NetAdapters::systemLinks().isEmpty());
         QCOMPARE(SystemRoot::unreadableItems() & quint32(128 | 256), quint32(128 | 256));
         const VxProbeTable table = defaultProbeTable();
         QVERIFY(table.isUnreadable(128) && table.isUnreadable(256));
@@ -243,7 +246,7 @@ private slots:
     void lineRateWithoutAnyInterface()
     {
         CNetworkSpeedDetectInfo info;
-        LineRate::check(info);
+        LineRate::check(info, links());
         QVERIFY(info.adapterSpeeds.isEmpty());
         QCOMPARE(info.bNormal, 0);
     }

@@ -131,6 +131,13 @@ private:
         return pObject;
     }
 
+    // With a fixture root the firewall asks nobody over D-Bus; these tests
+    // talk to the fake services through its bus readers.
+    static FirewallStatus busStatus()
+    {
+        return FirewallStatus(&FirewallStatus::systemdUnitState, &FirewallStatus::firewalldState);
+    }
+
 private slots:
     void initTestCase()
     {
@@ -144,10 +151,6 @@ private slots:
         qDBusRegisterMetaType<NmSettings>();
         QVERIFY(m_emptyRoot.isValid());
         qputenv("VETRIX_SYSROOT", m_emptyRoot.path().toLocal8Bit());
-        // With a fixture root the firewall asks nobody over D-Bus; these
-        // tests talk to the fake services through its bus readers.
-        FirewallStatus::setUnitStateReader(&FirewallStatus::systemdUnitState);
-        FirewallStatus::setFirewalldStateReader(&FirewallStatus::firewalldState);
         m_serviceThread.start();
 
         QDBusConnection bus = QDBusConnection::connectToBus(QString::fromLatin1(address), "fake-services");
@@ -205,7 +208,7 @@ private slots:
             Qt::BlockingQueuedConnection);
         QElapsedTimer timer;
         timer.start();
-        QCOMPARE(FirewallStatus().isEnabled(), enabled);
+        QCOMPARE(busStatus().isEnabled(), enabled);
         QVERIFY(timer.elapsed() < 3000); // firewalld is absent from the bus: no activation, no wait
     }
 
@@ -235,7 +238,7 @@ private slots:
             firewalldBus.unregisterService("org.fedoraproject.FirewallD1");
         else
             QVERIFY(firewalldBus.registerService("org.fedoraproject.FirewallD1"));
-        QCOMPARE(FirewallStatus().isEnabled(), enabled);
+        QCOMPARE(busStatus().isEnabled(), enabled);
     }
 
     void networkManagerProfileGetsTheMtu()

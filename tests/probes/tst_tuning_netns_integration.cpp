@@ -1,5 +1,6 @@
 #include "ethtoolrings.h"
 #include "netadapters.h"
+#include "netnstestutil.h"
 #include "rpfilter.h"
 #include "rxbuffers.h"
 #include "tuningapply.h"
@@ -195,7 +196,7 @@ private slots:
     // found, planned, repaired as root through the plan, and gone.
     void reversePathItemRepairsStrictFiltering()
     {
-        NetAdapters::setPhysicalTest([](const QString &strName) { return strName == "vxa" || strName == "vxb"; });
+        const NetAdapters::LinkSource links = NetnsTest::vethLinks({"vxa", "vxb"});
         // A new namespace copies the host's "all"; this one's is set here.
         for (const char *pPath : {"/proc/sys/net/ipv4/conf/all/rp_filter", "/proc/sys/net/ipv4/conf/vxa/rp_filter"}) {
             QFile file(pPath);
@@ -206,31 +207,29 @@ private slots:
             QVERIFY2(file.open(QIODevice::WriteOnly) && file.write("1\n") == 2, "SET-UP: cannot make vxb strict");
         }
         CRpFilterDetectInfo info;
-        RpFilter::check(info);
+        RpFilter::check(info, links);
         QCOMPARE(info.adapters.value("vxa"), 0);
         QCOMPARE(info.adapters.value("vxb"), 1);
         QCOMPARE(info.bNormal, 0);
         const VxPlan plan = RpFilter::plan(info);
         QCOMPARE(plan.size(), 1);
         QCOMPARE(plan.first().strTarget, QString("net.ipv4.conf.vxb.rp_filter"));
-        QCOMPARE(RpFilter::repair(info, VxPrivileges(QString(), VxPrivileges::Rights::Root)).status, VxRepairStatus::Done);
+        QCOMPARE(RpFilter::repair(info, VxPrivileges(QString(), VxPrivileges::Rights::Root), links).status,
+            VxRepairStatus::Done);
         QCOMPARE(proc("/proc/sys/net/ipv4/conf/vxb/rp_filter"), QByteArray("2"));
         QCOMPARE(proc("/proc/sys/net/ipv4/conf/vxa/rp_filter"), QByteArray("0"));
         QCOMPARE(info.bNormal, 1);
         QVERIFY(TuningTest::read("/", "etc/sysctl.d/90-vetrix-tool.conf")
                     .contains("# net.ipv4.conf.vxb.rp_filter before Vetrix Tool: 1\n"
                               "net.ipv4.conf.vxb.rp_filter = 2\n"));
-        NetAdapters::setPhysicalTest({});
     }
 
     // The receive buffer item on the running system: this namespace's
     // interfaces, each ring read from the kernel (or its reason).
     void receiveBufferItemReadsTheNamespace()
     {
-        NetAdapters::setPhysicalTest([](const QString &strName) { return strName == "vxa"; });
         CRxBufferDetectInfo info;
-        RxBuffers::check(info);
-        NetAdapters::setPhysicalTest({});
+        RxBuffers::check(info, NetnsTest::vethLinks({"vxa"}));
         QVERIFY(info.bRingsReadable);
         QCOMPARE(info.adapters.size(), 1);
         const CRxAdapter adapter = info.adapters.first();

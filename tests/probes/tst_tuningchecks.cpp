@@ -20,6 +20,13 @@ private:
     QTemporaryDir *m_pRoot = nullptr;
 
     QString root() const { return m_pRoot->path(); }
+    // The fixture's interfaces; those named eth* count as physical.
+    static NetAdapters::LinkSource links()
+    {
+        NetAdapters::LinkSource source = NetAdapters::LinkSource::system();
+        source.isPhysical = [](const QString &strName) { return strName.startsWith("eth"); };
+        return source;
+    }
     // A user's rights: enough for another system root.
     static VxPrivileges asUser() { return VxPrivileges(QString(), VxPrivileges::Rights::User); }
     bool write(const QString &strRelative, const QByteArray &content)
@@ -46,12 +53,9 @@ private slots:
         m_pRoot = new QTemporaryDir;
         QVERIFY(m_pRoot->isValid());
         qputenv("VETRIX_SYSROOT", root().toLocal8Bit());
-        NetAdapters::setPhysicalTest([](const QString &strName) { return strName.startsWith("eth"); });
     }
     void cleanup()
     {
-        NetAdapters::setPhysicalTest({});
-        RxBuffers::setRingReader({});
         qunsetenv("VETRIX_SYSROOT");
         delete m_pRoot;
         m_pRoot = nullptr;
@@ -163,7 +167,7 @@ private slots:
         QFETCH(QStringList, planned);
         writeSysctls(rmemMax, rmemDefault, backlog);
         CRxBufferDetectInfo info;
-        RxBuffers::check(info);
+        RxBuffers::check(info, links());
         QCOMPARE(info.nItem, 8192);
         QCOMPARE(info.sysctls.size(), 3);
         QStringList listPlanned;
@@ -189,7 +193,7 @@ private slots:
         QVERIFY(addInterface("eth0"));
         QVERIFY(addInterface("lo"));
         CRxBufferDetectInfo info;
-        RxBuffers::check(info);
+        RxBuffers::check(info, links());
         QVERIFY(!info.bRingsReadable);
         QCOMPARE(info.adapters.size(), 1);
         QCOMPARE(info.adapters.first().strName, QString("eth0"));
@@ -216,7 +220,7 @@ private slots:
         writeSysctls("16777216", "16777216", "10000");
         QVERIFY(addInterface("eth0"));
         QVERIFY(addInterface("eth1"));
-        RxBuffers::setRingReader([&](const QString &strName, CRxRing *pRing, QString *pError) {
+        const RxBuffers::RingReader rings = [&](const QString &strName, CRxRing *pRing, QString *pError) {
             if (strName == "eth1") {
                 *pError = "Operation not supported";
                 return false;
@@ -224,9 +228,9 @@ private slots:
             pRing->uRx = quint32(rx);
             pRing->uRxMax = quint32(max);
             return true;
-        });
+        };
         CRxBufferDetectInfo info;
-        RxBuffers::check(info);
+        RxBuffers::check(info, links(), rings);
         QCOMPARE(info.bNormal, normal);
         const VxPlan plan = RxBuffers::plan(info);
         QCOMPARE(plan.size(), normal ? 0 : 1);
@@ -300,7 +304,7 @@ private slots:
         QVERIFY(write("proc/sys/net/ipv4/conf/eth0/rp_filter", own + "\n"));
         QVERIFY(write("proc/sys/net/ipv4/conf/wlan0/rp_filter", "1\n"));
         CRpFilterDetectInfo info;
-        RpFilter::check(info);
+        RpFilter::check(info, links());
         QCOMPARE(info.nItem, 16384);
         QCOMPARE(info.adapters, (QMap<QString, int> {{"eth0", own.toInt()}}));
         QCOMPARE(RpFilter::effective(info.nAll, info.adapters.value("eth0")), effective);
@@ -332,16 +336,16 @@ private slots:
         QVERIFY(write("sys/bus/usb/devices/usb2/speed", "5000\n"));
 
         CRxBufferDetectInfo rx;
-        RxBuffers::check(rx);
+        RxBuffers::check(rx, links());
         QCOMPARE(rx.bNormal, 0);
-        QCOMPARE(RxBuffers::repair(rx, asUser()).status, VxRepairStatus::Done);
+        QCOMPARE(RxBuffers::repair(rx, asUser(), links()).status, VxRepairStatus::Done);
         QCOMPARE(rx.bNormal, 1);
         QCOMPARE(TuningTest::read(root(), "proc/sys/net/core/netdev_max_backlog"), QByteArray("10000\n"));
 
         CRpFilterDetectInfo rp;
-        RpFilter::check(rp);
+        RpFilter::check(rp, links());
         QCOMPARE(rp.bNormal, 0);
-        QCOMPARE(RpFilter::repair(rp, asUser()).status, VxRepairStatus::Done);
+        QCOMPARE(RpFilter::repair(rp, asUser(), links()).status, VxRepairStatus::Done);
         QCOMPARE(rp.bNormal, 1);
         QCOMPARE(TuningTest::read(root(), "proc/sys/net/ipv4/conf/all/rp_filter"), QByteArray("1\n"));
         QCOMPARE(TuningTest::read(root(), "proc/sys/net/ipv4/conf/eth0/rp_filter"), QByteArray("2\n"));
@@ -367,13 +371,13 @@ private slots:
         writeSysctls("212992", "212992", "1000");
         QVERIFY(QFile::remove(root() + "/proc/sys/net/core/rmem_default"));
         CRxBufferDetectInfo rx;
-        RxBuffers::check(rx);
-        QCOMPARE(TuningApply::applyPlan(RxBuffers::plan(rx), asUser()).status, VxRepairStatus::Done);
+        RxBuffers::check(rx, links());
+        QCOMPARE(TuningApply::applyPlan(RxBuffers::plan(rx), asUser(), links()).status, VxRepairStatus::Done);
         QVERIFY(write("proc/sys/net/core/rmem_max", "212992\n"));
-        RxBuffers::check(rx);
+        RxBuffers::check(rx, links());
         VxPlan plan = RxBuffers::plan(rx);
         plan.prepend(VxChange {8192, VxChangeKind::Sysctl, "net.core.rmem_default", "212992", "16777216"});
-        const VxRepairOutcome outcome = TuningApply::applyPlan(plan, asUser());
+        const VxRepairOutcome outcome = TuningApply::applyPlan(plan, asUser(), links());
         QCOMPARE(outcome.status, VxRepairStatus::Failed);
         QVERIFY(outcome.strReason.contains("rmem_default"));
         QVERIFY(!QFile::exists(root() + "/proc/sys/net/core/rmem_default"));
@@ -385,7 +389,7 @@ private slots:
         QVERIFY(addInterface("eth0"));
         QVERIFY(QFile::remove(root() + "/proc/sys/net/ipv4/conf/eth0/rp_filter"));
         CRpFilterDetectInfo info;
-        RpFilter::check(info);
+        RpFilter::check(info, links());
         QCOMPARE(info.nAll, -1);
         QCOMPARE(info.adapters.value("eth0"), -1);
         QCOMPARE(info.bNormal, 1);

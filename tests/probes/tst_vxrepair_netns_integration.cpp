@@ -46,7 +46,6 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(ip({"-o", "link", "show", "dev", "vxa"}).contains("state UP")
                 && ip({"-o", "link", "show", "dev", "vxb"}).contains("state UP"),
             10000);
-        NetAdapters::setPhysicalTest([](const QString &strName) { return strName == "vxa" || strName == "vxb"; });
         m_bReady = true;
     }
 
@@ -54,7 +53,7 @@ private slots:
     {
         QCOMPARE(ip({"link", "set", "vxb", "mtu", "1400"}), QByteArray());
         CJumboPacketDetectInfo info;
-        JumboFrame::check(info);
+        JumboFrame::check(info, NetnsTest::vethLinks({"vxa", "vxb"}));
         const VxPlan plan = RepairPlans::jumboPlan(info);
         QStringList listPlan;
         for (const VxChange &change : plan)
@@ -108,7 +107,6 @@ private slots:
     {
         if (m_bReady)
             ip({"link", "del", "vxa"});
-        NetAdapters::setPhysicalTest({});
     }
 };
 

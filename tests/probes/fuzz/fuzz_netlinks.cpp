@@ -26,7 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t nSize)
         if (strLine.compare(0, 2, "n ") != 0 || ++nNames > 64)
             continue;
         const QString strName = QString::fromUtf8(FuzzTree::unescape(strLine.substr(2)).c_str());
-        NetAdapters::isPhysical(strName);
+        NetAdapters::isPhysicalDevice(strName);
         const QString strDevice = NetAdapters::deviceOf(strName);
         FuzzTree::check(!strDevice.contains(QLatin1Char('/')));
         const int nSpeed = NetAdapters::speedMbps(strName);
