@@ -19,20 +19,26 @@
 // ours (same owner) and older than that write.
 namespace AtomicFile {
 
-bool write(const QString &strPath, const QByteArray &data);
+// Called after the temporary file is complete, synced and named, just
+// before the rename, with the temporary file's path. Returning false stops
+// there, as a crash would: the old file is untouched and the temporary file
+// is left behind.
+using FaultHook = std::function<bool(const QString &strTempPath)>;
+
+// How write() goes about it. The defaults are what every real write uses;
+// tests stop a write before its rename or take the named-file way.
+struct Options
+{
+    FaultHook beforeRename;
+    // False: a named temporary file from the start, as on a file system
+    // without O_TMPFILE.
+    bool bUnnamedTemporary = true;
+};
+
+bool write(const QString &strPath, const QByteArray &data, const Options &options = Options());
 
 // True when strName (a file name without folder) is a temporary file name
 // that write() uses for the file named strTarget.
 bool isTemporaryName(const QString &strTarget, const QString &strName);
-
-// Test seam: called after the temporary file is complete, synced and named,
-// just before the rename. Returning false stops there, as a crash would: the
-// old file is untouched and the temporary file is left behind.
-using FaultHook = std::function<bool(const QString &strTempPath)>;
-void setFaultHook(FaultHook hook);
-
-// Test seam: false makes write() use a named temporary file from the start,
-// as on a file system without O_TMPFILE (default true).
-void setUnnamedTemporaryAllowed(bool bAllowed);
 
 } // namespace AtomicFile

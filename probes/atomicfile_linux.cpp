@@ -4,7 +4,6 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
-#include <atomic>
 #include <cerrno>
 #include <ctime>
 
@@ -20,14 +19,6 @@ namespace {
 const char kTempInfix[] = ".vetrix-";
 constexpr int kTempSuffixLength = 6; // as mkostemp's XXXXXX
 constexpr int kLinkAttempts = 16;
-
-FaultHook &faultHook()
-{
-    static FaultHook hook;
-    return hook;
-}
-
-std::atomic<bool> g_bUnnamedAllowed {true};
 
 // Closes a descriptor when it goes out of scope.
 struct Fd
@@ -162,22 +153,12 @@ QByteArray linkUnnamed(int nFd, int nDirFd, const QByteArray &base)
 
 } // namespace
 
-void setFaultHook(FaultHook hook)
-{
-    faultHook() = std::move(hook);
-}
-
-void setUnnamedTemporaryAllowed(bool bAllowed)
-{
-    g_bUnnamedAllowed = bAllowed;
-}
-
 bool isTemporaryName(const QString &strTarget, const QString &strName)
 {
     return isTempName(QFile::encodeName(QFileInfo(strTarget).fileName()), QFile::encodeName(strName).constData());
 }
 
-bool write(const QString &strPath, const QByteArray &data)
+bool write(const QString &strPath, const QByteArray &data, const Options &options)
 {
     timespec start;
     ::clock_gettime(CLOCK_REALTIME, &start);
@@ -199,7 +180,7 @@ bool write(const QString &strPath, const QByteArray &data)
 
     // The new content, complete and synced, under a temporary name.
     QByteArray temp;
-    if (g_bUnnamedAllowed) {
+    if (options.bUnnamedTemporary) {
         const Fd fd(::openat(dirFd.n, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
         if (fd.n >= 0) {
             if (!fill(fd.n, data, bHadOld ? &stOld : nullptr))
@@ -223,7 +204,7 @@ bool write(const QString &strPath, const QByteArray &data)
         }
     }
 
-    if (faultHook() && !faultHook()(QFile::decodeName(dir + '/' + temp)))
+    if (options.beforeRename && !options.beforeRename(QFile::decodeName(dir + '/' + temp)))
         return false; // simulated crash: the temporary file stays, the old file too
     if (::renameat(dirFd.n, temp.constData(), dirFd.n, base.constData()) != 0) {
         ::unlinkat(dirFd.n, temp.constData(), 0);

@@ -8,17 +8,9 @@
 #include <QFileInfo>
 #include <QThread>
 
-#include <atomic>
-
 namespace CameraDrivers {
 
 namespace {
-
-struct PollTiming
-{
-    std::function<qint64()> now;
-    std::function<void(int)> sleep;
-};
 
 qint64 realNow()
 {
@@ -29,34 +21,6 @@ qint64 realNow()
     }();
     return clock.elapsed();
 }
-
-PollTiming &pollTiming()
-{
-    static PollTiming timing;
-    return timing;
-}
-
-// After an install the operate thread re-runs a driver check back to back
-// for up to ten minutes. A check that follows the previous one within half
-// a second first waits a quarter of a second, so the polling does not spin
-// a core; a check on its own (a diagnosis) runs at once.
-void paceRepeatedCheck(std::atomic<qint64> &lastCallMs)
-{
-    const PollTiming &timing = pollTiming();
-    const auto now = [&timing] { return timing.now ? timing.now() : realNow(); };
-    const qint64 nNow = now();
-    const qint64 nLast = lastCallMs.load();
-    if (nLast > 0 && nNow - nLast < 500) {
-        if (timing.sleep)
-            timing.sleep(250);
-        else
-            QThread::msleep(250);
-    }
-    lastCallMs = qMax<qint64>(now(), 1);
-}
-
-std::atomic<qint64> g_lastGige{0};
-std::atomic<qint64> g_lastUsb3{0};
 
 VxRepairOutcome startIfFound(const QString &strScript, const VxPrivileges &rights)
 {
@@ -73,20 +37,40 @@ QString sdkFolder()
     return LuInterface::commonFilesPath() + QLatin1Char('/') + LuInterface::appName();
 }
 
-void setPollTiming(std::function<qint64()> now, std::function<void(int)> sleep)
+PollPacer::PollPacer(Clock now, Sleep sleep)
+    : m_now(std::move(now))
+    , m_sleep(std::move(sleep))
 {
-    pollTiming() = {std::move(now), std::move(sleep)};
 }
 
-void pacedGigeCheck(CDetectInfo &info)
+qint64 PollPacer::now() const
 {
-    paceRepeatedCheck(g_lastGige);
+    return m_now ? m_now() : realNow();
+}
+
+void PollPacer::pace(Driver driver)
+{
+    std::atomic<qint64> &lastMs = m_lastMs[driver == Driver::Gige ? 0 : 1];
+    const qint64 nNow = now();
+    const qint64 nLast = lastMs.load();
+    if (nLast > 0 && nNow - nLast < 500) {
+        if (m_sleep)
+            m_sleep(250);
+        else
+            QThread::msleep(250);
+    }
+    lastMs = qMax<qint64>(now(), 1);
+}
+
+void pacedGigeCheck(PollPacer &pacer, CDetectInfo &info)
+{
+    pacer.pace(PollPacer::Driver::Gige);
     gigeCheck(info);
 }
 
-void pacedUsb3Check(CDetectInfo &info)
+void pacedUsb3Check(PollPacer &pacer, CDetectInfo &info)
 {
-    paceRepeatedCheck(g_lastUsb3);
+    pacer.pace(PollPacer::Driver::Usb3);
     usb3Check(info);
 }
 

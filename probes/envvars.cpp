@@ -209,7 +209,7 @@ QList<QPair<QString, QString>> plannedWrites(const CEnvDetectInfo &info)
     return listWrites;
 }
 
-VxRepairOutcome repair(CEnvDetectInfo &info, const VxPrivileges &rights)
+VxRepairOutcome repair(CEnvDetectInfo &info, const VxPrivileges &rights, const MachineWriter &writeMachine)
 {
     const QList<QPair<QString, QString>> listWrites = plannedWrites(info);
     VxRepairStatus status = VxRepairStatus::Done;
@@ -218,7 +218,9 @@ VxRepairOutcome repair(CEnvDetectInfo &info, const VxPrivileges &rights)
         // Another system root is written with this user's own rights: the
         // helper acts on the running machine only.
         if (rights.isRoot() || !LuInterface::isLiveRoot()) {
-            status = writeMachineEnvironment(listWrites, &listWritten) ? VxRepairStatus::Done : VxRepairStatus::Failed;
+            const bool bWritten = writeMachine ? writeMachine(listWrites, &listWritten)
+                                               : writeMachineEnvironment(listWrites, &listWritten);
+            status = bWritten ? VxRepairStatus::Done : VxRepairStatus::Failed;
         } else {
             QStringList listArgs;
             for (const auto &write : listWrites)

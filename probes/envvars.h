@@ -6,6 +6,8 @@
 #include <QPair>
 #include <QStringList>
 
+#include <functional>
+
 class CEnvDetectInfo;
 
 // Item 2: the environment variables the SDK's runtime needs.
@@ -58,17 +60,22 @@ void setFixtureRootHasProcessSession(bool bYes);
 // copied into the machine's file.
 QList<QPair<QString, QString>> plannedWrites(const CEnvDetectInfo &info);
 
+// Writes values into the machine-wide environment: false when nothing could
+// be written; otherwise pWritten receives the names of the values written.
+using MachineWriter = std::function<bool(const QList<QPair<QString, QString>> &listWrites, QStringList *pWritten)>;
+
+// The platform write of the machine-wide environment (root only), as a
+// MachineWriter.
+bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites, QStringList *pWritten);
+
 // Writes plannedWrites() into the machine-wide environment (through
 // vetrix-helper when not root) and into this process, then marks the item
 // normal. Only a value the machine environment took is put into this
 // process: when nothing can be written nothing changes, and when single
 // values fail they stay queued, the item stays exceptional and the status
-// is Failed.
-VxRepairOutcome repair(CEnvDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system());
-
-// The platform write of the machine-wide environment (root only). False
-// when nothing could be written; otherwise pWritten receives the names of
-// the values written.
-bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites, QStringList *pWritten);
+// is Failed. writeMachine does the direct write (null: the platform's
+// writeMachineEnvironment); tests hand in one whose writes fail.
+VxRepairOutcome repair(CEnvDetectInfo &info, const VxPrivileges &rights = VxPrivileges::system(),
+                       const MachineWriter &writeMachine = MachineWriter());
 
 } // namespace EnvVars

@@ -1,5 +1,6 @@
 #include "envvars.h"
 
+#include "envvars_linux_p.h"
 #include "etcenvironment.h"
 
 #include <QFile>
@@ -39,13 +40,20 @@ Layout layout()
 }
 
 // The file is replaced as a whole: every value or none is written.
+MachineWriter Detail::fileWriter(const AtomicFile::Options &options)
+{
+    return [options](const QList<QPair<QString, QString>> &listWrites, QStringList *pWritten) {
+        if (!EtcEnvironment::apply(listWrites, options))
+            return false;
+        for (const auto &write : listWrites)
+            pWritten->append(write.first);
+        return true;
+    };
+}
+
 bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites, QStringList *pWritten)
 {
-    if (!EtcEnvironment::apply(listWrites))
-        return false;
-    for (const auto &write : listWrites)
-        pWritten->append(write.first);
-    return true;
+    return Detail::fileWriter(AtomicFile::Options())(listWrites, pWritten);
 }
 
 } // namespace EnvVars

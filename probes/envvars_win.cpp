@@ -7,29 +7,19 @@
 
 namespace EnvVars {
 
-namespace Detail {
-
 namespace {
-ValueWriter g_writer;
-}
 
-void setValueWriter(ValueWriter writer)
+LONG setRegistryValue(HKEY hKey, const char *pName, DWORD dwType, const BYTE *pData, DWORD dwSize)
 {
-    g_writer = std::move(writer);
-}
-
-} // namespace Detail
-
-Layout layout()
-{
-    return {QStringLiteral("path"), QLatin1Char(';'), QStringLiteral("Runtime/Win32_i86"), QStringLiteral("Runtime/Win64_x64")};
+    return RegSetValueExA(hKey, pName, 0, dwType, pData, dwSize);
 }
 
 // The machine-wide environment in the registry. Each value is written
 // through one fixed 1024-byte buffer (the whole buffer is passed); a failed
 // single write is skipped and left out of pWritten. Returns false only when
 // the key cannot be opened.
-bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites, QStringList *pWritten)
+bool writeRegistry(const Detail::ValueWriter &setValue, const QList<QPair<QString, QString>> &listWrites,
+                          QStringList *pWritten)
 {
     HKEY hKey = nullptr;
     if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, Detail::kEnvironmentKey, 0, KEY_READ | KEY_WRITE, &hKey) != ERROR_SUCCESS)
@@ -40,9 +30,7 @@ bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites, Q
         memset(buffer, 0, sizeof buffer);
         LuInterface::string2UcharLocale(write.second, buffer, int(sizeof buffer));
         const QByteArray name = write.first.toLatin1();
-        const LONG lResult = Detail::g_writer ? Detail::g_writer(hKey, name.constData(), dwType, buffer, sizeof buffer)
-                                              : RegSetValueExA(hKey, name.constData(), 0, dwType, buffer, sizeof buffer);
-        if (lResult != ERROR_SUCCESS)
+        if (setValue(hKey, name.constData(), dwType, buffer, sizeof buffer) != ERROR_SUCCESS)
             continue;
         pWritten->append(write.first);
         qCInfo(lcVxRepair).noquote() << "HKLM environment" << write.first << "new:" << write.second;
@@ -53,6 +41,25 @@ bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites, Q
         SendMessageTimeoutA(HWND_BROADCAST, WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>("Environment"), SMTO_ABORTIFHUNG,
                             5000, nullptr);
     return true;
+}
+
+} // namespace
+
+Layout layout()
+{
+    return {QStringLiteral("path"), QLatin1Char(';'), QStringLiteral("Runtime/Win32_i86"), QStringLiteral("Runtime/Win64_x64")};
+}
+
+MachineWriter Detail::registryWriter(ValueWriter setValue)
+{
+    return [setValue](const QList<QPair<QString, QString>> &listWrites, QStringList *pWritten) {
+        return writeRegistry(setValue ? setValue : ValueWriter(setRegistryValue), listWrites, pWritten);
+    };
+}
+
+bool writeMachineEnvironment(const QList<QPair<QString, QString>> &listWrites, QStringList *pWritten)
+{
+    return writeRegistry(setRegistryValue, listWrites, pWritten);
 }
 
 } // namespace EnvVars

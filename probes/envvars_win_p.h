@@ -1,5 +1,7 @@
 #pragma once
 
+#include "envvars.h"
+
 #include <functional>
 
 #include <windows.h>
@@ -8,10 +10,14 @@
 namespace EnvVars {
 namespace Detail {
 
-// The single registry value write (RegSetValueExA by default). Test seam to
-// make one value's write fail; an empty function restores the default.
+// The single registry value write, as RegSetValueExA without its reserved
+// argument.
 using ValueWriter = std::function<LONG(HKEY hKey, const char *pName, DWORD dwType, const BYTE *pData, DWORD dwSize)>;
-void setValueWriter(ValueWriter writer);
+
+// The write of the machine-wide environment key with setValue as its single
+// value write; writeMachineEnvironment() is the one with RegSetValueExA.
+// Tests make one value's write fail.
+MachineWriter registryWriter(ValueWriter setValue);
 
 // The machine-wide environment key below HKEY_LOCAL_MACHINE.
 constexpr const char *kEnvironmentKey = "System\\CurrentControlSet\\Control\\Session Manager\\Environment";

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "atomicfile.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QPair>
@@ -31,8 +33,9 @@ QByteArray applied(const QByteArray &content, const Assignments &assignments);
 
 // Reads the file, applies the assignments and replaces it atomically; logs
 // each variable with its old and new value. False when nothing was written
-// (invalid name or value, or the write failed).
-bool apply(const Assignments &assignments);
+// (invalid name or value, or the write failed). options go to the atomic
+// write of the file.
+bool apply(const Assignments &assignments, const AtomicFile::Options &options = AtomicFile::Options());
 
 // The file's text without the last line that sets strName (the one
 // applied() changes or appends); every other byte is kept.

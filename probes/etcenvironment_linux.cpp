@@ -136,7 +136,7 @@ QByteArray applied(const QByteArray &content, const Assignments &assignments)
     return result;
 }
 
-bool apply(const Assignments &assignments)
+bool apply(const Assignments &assignments, const AtomicFile::Options &options)
 {
     for (const auto &assignment : assignments) {
         if (!isValidName(assignment.first) || !isValidValue(assignment.second))
@@ -152,7 +152,7 @@ bool apply(const Assignments &assignments)
         file.close();
     }
     const QByteArray newContent = applied(content, assignments);
-    if (!AtomicFile::write(strPath, newContent))
+    if (!AtomicFile::write(strPath, newContent, options))
         return false;
     for (const auto &assignment : assignments) {
         qCInfo(lcVxRepair).noquote() << strPath << assignment.first << "old:" << valueOf(content, assignment.first)

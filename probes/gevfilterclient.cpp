@@ -8,17 +8,6 @@ namespace GevFilter {
 
 namespace {
 
-std::function<std::unique_ptr<Device>()> &deviceFactory()
-{
-    static std::function<std::unique_ptr<Device>()> factory;
-    return factory;
-}
-
-std::unique_ptr<Device> newDevice()
-{
-    return deviceFactory() ? deviceFactory()() : createPlatformDevice();
-}
-
 void putLe32(QByteArray &block, int nOffset, quint32 uValue)
 {
     qToLittleEndian<quint32>(uValue, block.data() + nOffset);
@@ -287,14 +276,9 @@ qint64 Client::readData(Request request, char *pBuffer, int nLength)
     return out.size();
 }
 
-void setDeviceFactory(std::function<std::unique_ptr<Device>()> factory)
+quint32 openProbe(std::unique_ptr<Device> pDevice)
 {
-    deviceFactory() = std::move(factory);
-}
-
-quint32 openProbe()
-{
-    Client client(newDevice());
+    Client client(std::move(pDevice));
     if (client.create() != kOk || !client.openDevice())
         return kNotAvailable;
     client.closeDevice(); // no stream was registered: nothing to stop

@@ -4,7 +4,6 @@
 #include <QtGlobal>
 
 #include <atomic>
-#include <functional>
 #include <memory>
 #include <thread>
 
@@ -71,13 +70,12 @@ public:
 // The device of this platform ("\\.\QelGEVFilter", or /dev/QelGEVFilter below
 // the system root on Linux).
 std::unique_ptr<Device> createPlatformDevice();
-// Test seam: replaces createPlatformDevice() (empty restores it).
-void setDeviceFactory(std::function<std::unique_ptr<Device>()> factory);
 
 class Client
 {
 public:
-    explicit Client(std::unique_ptr<Device> pDevice);
+    // A client of pDevice; the platform's device unless one is handed in.
+    explicit Client(std::unique_ptr<Device> pDevice = createPlatformDevice());
     ~Client(); // stops, then closes the device and the events
 
     quint32 create(); // the three events; kNotAvailable when they cannot be made
@@ -122,8 +120,8 @@ private:
     int m_nTicks = 10;
 };
 
-// Opens the device and closes it again: kOk when it could be opened,
-// kNotAvailable when not.
-quint32 openProbe();
+// Opens the device (the platform's unless one is handed in) and closes it
+// again: kOk when it could be opened, kNotAvailable when not.
+quint32 openProbe(std::unique_ptr<Device> pDevice = createPlatformDevice());
 
 } // namespace GevFilter

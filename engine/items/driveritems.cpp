@@ -21,14 +21,24 @@ QStringList usb3Lines(const CDetectInfo &info)
         QT_TRANSLATE_NOOP("VxOneKeyResult", " USB driver is not installed."));
 }
 
-// A camera driver: its (paced) status check, its installer and where that is.
-template <auto Check, auto Install, auto InstallerPath> VxItemProbes driverProbes(const VxPrivileges &rights)
+// A camera driver: its status check paced by pPacer, its installer and
+// where that is.
+template <auto PacedCheck, auto Install, auto InstallerPath>
+VxItemProbes driverProbes(const VxPrivileges &rights, const std::shared_ptr<CameraDrivers::PollPacer> &pPacer)
 {
     VxItemProbes probes;
-    probes.check = Check;
+    const auto pOwn = pPacer ? pPacer : std::make_shared<CameraDrivers::PollPacer>();
+    probes.check = [pOwn](CDetectInfo &info) { PacedCheck(*pOwn, info); };
     probes.install = [rights] { return Install(rights); };
     probes.installerPath = InstallerPath;
     return probes;
+}
+
+// The driver rows' own probes: each table gets a pacer of its own on the
+// real clock, shared by the copies of that table.
+template <VxItems::ItemId Id> VxItemProbes systemDriverProbes(const VxPrivileges &rights)
+{
+    return cameraDriverProbes(Id, rights, std::make_shared<CameraDrivers::PollPacer>());
 }
 
 QStringList controllerDriverLines(const CDetectInfo &info)
@@ -81,6 +91,20 @@ void detectControllerDriver(VxDetectPass &pass, CDetectInfo &info)
 }
 } // namespace
 
+VxItemProbes cameraDriverProbes(VxItems::ItemId id, const VxPrivileges &rights,
+    const std::shared_ptr<CameraDrivers::PollPacer> &pPacer)
+{
+    if (id == VxItems::GigeDriver) {
+        return driverProbes<CameraDrivers::pacedGigeCheck, CameraDrivers::installGige,
+            CameraDrivers::gigeInstallScript>(rights, pPacer);
+    }
+    if (id == VxItems::Usb3Driver) {
+        return driverProbes<CameraDrivers::pacedUsb3Check, CameraDrivers::installUsb3,
+            CameraDrivers::usb3InstallScript>(rights, pPacer);
+    }
+    return VxItemProbes();
+}
+
 QVector<VxItemRow> driverItemRows()
 {
     auto gige = recordRow<CDetectInfo>(VxItems::GigeDriver,
@@ -90,8 +114,7 @@ QVector<VxItemRow> driverItemRows()
     gige.action = VxRowAction::Install;
     gige.repair = VxRepairKind::Install;
     gige.pInstallLabel = QT_TRANSLATE_NOOP("VxOneKeyResultTree", "Installing GigE driver...");
-    gige.defaultProbes
-        = driverProbes<CameraDrivers::pacedGigeCheck, CameraDrivers::installGige, CameraDrivers::gigeInstallScript>;
+    gige.defaultProbes = systemDriverProbes<VxItems::GigeDriver>;
     gige.lines = gigeLines;
     gige.facts = VxItemFacts::none;
 
@@ -102,8 +125,7 @@ QVector<VxItemRow> driverItemRows()
     usb3.nDisplayRank = 2;
     usb3.nOptimizeRank = 4;
     usb3.pInstallLabel = QT_TRANSLATE_NOOP("VxOneKeyResultTree", "Installing USB driver...");
-    usb3.defaultProbes
-        = driverProbes<CameraDrivers::pacedUsb3Check, CameraDrivers::installUsb3, CameraDrivers::usb3InstallScript>;
+    usb3.defaultProbes = systemDriverProbes<VxItems::Usb3Driver>;
     usb3.lines = usb3Lines;
 
     auto controller = recordRow<CUSBControllerDriverInfo>(VxItems::UsbControllerDriver,

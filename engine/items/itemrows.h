@@ -5,11 +5,24 @@
 
 #include <QCoreApplication>
 
+#include <memory>
+
+namespace CameraDrivers {
+class PollPacer;
+}
+
 // The rows of each group, defined beside the texts and facts of their items.
 QVector<VxItemRow> sdkItemRows();
 QVector<VxItemRow> driverItemRows();
 QVector<VxItemRow> systemItemRows();
 QVector<VxItemRow> tuningItemRows();
+
+// The probes of a camera driver item (the GigE Vision or the USB3 Vision
+// driver; empty for any other item): its status check paced by pPacer (a
+// new pacer on the real clock when null), its installer started with rights
+// and where that installer is.
+VxItemProbes cameraDriverProbes(VxItems::ItemId id, const VxPrivileges &rights,
+    const std::shared_ptr<CameraDrivers::PollPacer> &pPacer);
 
 // A row of an item whose record is of class Record, detected at rank
 // nDetect and shown as row nDisplay of its group.

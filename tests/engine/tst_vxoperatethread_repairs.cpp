@@ -1,5 +1,6 @@
 #include "cameradrivers.h"
 #include "fakeprobes.h"
+#include "itemrows.h"
 #include "vxitems.h"
 #include "vxoperatethread.h"
 #include "vxrepair.h"
@@ -31,11 +32,6 @@ class TestVxOperateThreadRepairs : public QObject
     }
 
 private slots:
-    void cleanup()
-    {
-        CameraDrivers::setPollTiming({}, {});
-    }
-
     void installNotStarted_data()
     {
         QTest::addColumn<int>("item");
@@ -92,15 +88,17 @@ private slots:
         qputenv("VETRIX_SYSROOT", root.path().toLocal8Bit());
         std::atomic<qint64> nNow{1000};
         std::atomic<qint64> nSlept{0};
-        CameraDrivers::setPollTiming([&nNow] { return nNow.load(); },
-                                     [&nNow, &nSlept](int nMs) {
-                                         nNow += nMs;
-                                         nSlept += nMs;
-                                     });
+        const auto pPacer = std::make_shared<CameraDrivers::PollPacer>([&nNow] { return nNow.load(); },
+                                                                       [&nNow, &nSlept](int nMs) {
+                                                                           nNow += nMs;
+                                                                           nSlept += nMs;
+                                                                       });
         std::atomic<int> nChecks{0};
         VxProbeTable table = defaultProbeTable();
         table.uUnreadable = 0; // the empty root stands for a machine without the driver
-        const auto realCheck = item == 4 ? table.probes(VxItems::GigeDriver).check : table.probes(VxItems::Usb3Driver).check;
+        // The driver row's own check, paced by the pacer on the fake clock.
+        const auto realCheck = cameraDriverProbes(VxItems::ItemId(item), VxPrivileges::system(), pPacer).check;
+        QVERIFY(realCheck);
         const auto countedCheck = [realCheck, &nChecks](CDetectInfo &info) {
             ++nChecks;
             realCheck(info);

@@ -52,7 +52,8 @@ private:
     // Runs one write in a child process. The child writes one byte to
     // nReadyFd just before it starts the write and, when it finishes, the
     // write's duration in microseconds as a qint64 to nDoneFd (-1: none).
-    static pid_t forkWriter(const QString &strPath, const QByteArray &data, int nReadyFd, int nDoneFd)
+    static pid_t forkWriter(const QString &strPath, const QByteArray &data, int nReadyFd, int nDoneFd,
+        const AtomicFile::Options &options)
     {
         const pid_t pid = ::fork();
         if (pid == 0) {
@@ -61,7 +62,7 @@ private:
                 ::_exit(4);
             QElapsedTimer timer;
             timer.start();
-            const bool bOk = AtomicFile::write(strPath, data);
+            const bool bOk = AtomicFile::write(strPath, data, options);
             const qint64 nUs = timer.nsecsElapsed() / 1000;
             if (nDoneFd >= 0 && ::write(nDoneFd, &nUs, sizeof nUs) != sizeof nUs)
                 ::_exit(4);
@@ -83,6 +84,12 @@ private:
         }
         return true;
     }
+    static AtomicFile::Options unnamedOptions(bool bUnnamed)
+    {
+        AtomicFile::Options options;
+        options.bUnnamedTemporary = bUnnamed;
+        return options;
+    }
     static void sleepMicroseconds(quint64 nUs)
     {
         timespec ts {time_t(nUs / 1000000), long(nUs % 1000000) * 1000};
@@ -90,12 +97,6 @@ private:
     }
 
 private slots:
-    void cleanup()
-    {
-        AtomicFile::setFaultHook({});
-        AtomicFile::setUnnamedTemporaryAllowed(true);
-    }
-
     void temporaryNames_data()
     {
         QTest::addColumn<QString>("name");
@@ -123,13 +124,12 @@ private slots:
     void replacesContentAndKeepsMode()
     {
         QFETCH(bool, unnamed);
-        AtomicFile::setUnnamedTemporaryAllowed(unnamed);
         QTemporaryDir dir;
         QVERIFY(dir.isValid());
         const QString strPath = dir.filePath("environment");
         writePlain(strPath, "old\n");
         QVERIFY(::chmod(QFile::encodeName(strPath).constData(), 0640) == 0);
-        QVERIFY(AtomicFile::write(strPath, "new\n"));
+        QVERIFY(AtomicFile::write(strPath, "new\n", unnamedOptions(unnamed)));
         QCOMPARE(readFile(strPath), QByteArray("new\n"));
         struct stat st;
         QVERIFY(::stat(QFile::encodeName(strPath).constData(), &st) == 0);
@@ -141,24 +141,23 @@ private slots:
     void crashedWriteIsClearedByTheNext()
     {
         QFETCH(bool, unnamed);
-        AtomicFile::setUnnamedTemporaryAllowed(unnamed);
         QTemporaryDir dir;
         QVERIFY(dir.isValid());
         const QString strPath = dir.filePath("environment");
         writePlain(strPath, "old\n");
         QString strTemp;
-        AtomicFile::setFaultHook([&strTemp](const QString &strName) {
+        AtomicFile::Options crashing = unnamedOptions(unnamed);
+        crashing.beforeRename = [&strTemp](const QString &strName) {
             strTemp = strName;
             return false;
-        });
-        QVERIFY(!AtomicFile::write(strPath, "new\n"));
+        };
+        QVERIFY(!AtomicFile::write(strPath, "new\n", crashing));
         QCOMPARE(readFile(strPath), QByteArray("old\n"));
         QVERIFY(QFile::exists(strTemp));
         QCOMPARE(readFile(strTemp), QByteArray("new\n"));
         QVERIFY(AtomicFile::isTemporaryName(strPath, QFileInfo(strTemp).fileName()));
 
-        AtomicFile::setFaultHook({});
-        QVERIFY(AtomicFile::write(strPath, "newer\n"));
+        QVERIFY(AtomicFile::write(strPath, "newer\n", unnamedOptions(unnamed)));
         QCOMPARE(readFile(strPath), QByteArray("newer\n"));
         QCOMPARE(entries(dir.path()), QStringList {"environment"});
     }
@@ -208,7 +207,7 @@ private slots:
     void killedWriterLeavesOldOrNew()
     {
         QFETCH(bool, unnamed);
-        AtomicFile::setUnnamedTemporaryAllowed(unnamed);
+        const AtomicFile::Options options = unnamedOptions(unnamed);
         // In memory where the machine has it: a kill ends the process, not
         // the machine, and without disk syncs 200 writes take little time.
         const QString strShm = QStringLiteral("/dev/shm");
@@ -228,7 +227,7 @@ private slots:
         // How long one write takes here, so the kills spread over all of it.
         QList<qint64> listUs;
         for (int i = 0; i < 3; ++i) {
-            const pid_t pid = forkWriter(strPath, generation(0), ready[1], done[1]);
+            const pid_t pid = forkWriter(strPath, generation(0), ready[1], done[1], options);
             QVERIFY(pid > 0);
             char c = 0;
             qint64 nUs = 0;
@@ -245,7 +244,7 @@ private slots:
         int nCurrent = 0;
         int nKilled = 0;
         for (int n = 1; n <= 100; ++n) { // 200 kills over the two data rows
-            const pid_t pid = forkWriter(strPath, generation(n), ready[1], -1);
+            const pid_t pid = forkWriter(strPath, generation(n), ready[1], -1, options);
             QVERIFY(pid > 0);
             char c = 0;
             QVERIFY(readExactly(ready[0], &c, 1));
@@ -270,7 +269,7 @@ private slots:
         QVERIFY(nKilled > 0); // some kills did land inside a write
         qDebug("%d of 100 writers killed before they finished (spread %u us)", nKilled, uSpreadUs);
 
-        QVERIFY(AtomicFile::write(strPath, generation(1000)));
+        QVERIFY(AtomicFile::write(strPath, generation(1000), options));
         QCOMPARE(readFile(strPath), generation(1000));
         QCOMPARE(entries(dir.path()), QStringList {"environment"});
     }

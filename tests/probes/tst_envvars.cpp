@@ -1,6 +1,7 @@
 #include "atomicfile.h"
 #include "cdetectinfo.h"
 #include "envvars.h"
+#include "envvars_linux_p.h"
 #include "etcenvironment.h"
 
 #include <QCoreApplication>
@@ -77,7 +78,6 @@ private slots:
     }
     void cleanup()
     {
-        AtomicFile::setFaultHook({});
         delete m_pRoot;
         qunsetenv("VETRIX_SYSROOT");
         unsetAll();
@@ -368,11 +368,13 @@ private slots:
         CEnvDetectInfo info;
         EnvVars::check(info);
         QString strTemp;
-        AtomicFile::setFaultHook([&strTemp](const QString &strPath) {
+        AtomicFile::Options crashing;
+        crashing.beforeRename = [&strTemp](const QString &strPath) {
             strTemp = strPath;
             return false;
-        });
-        QCOMPARE(EnvVars::repair(info), VxRepairStatus::Failed);
+        };
+        QCOMPARE(EnvVars::repair(info, VxPrivileges::system(), EnvVars::Detail::fileWriter(crashing)),
+                 VxRepairStatus::Failed);
         QCOMPARE(readFile(root() + "/etc/environment"), original);
         QVERIFY(QFile::exists(strTemp)); // the half-done work is a separate file
         QCOMPARE(info.bNormal, 0);

@@ -78,8 +78,6 @@ class TstGevFilterClient : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup() { setDeviceFactory({}); }
-
     void codes_data()
     {
         QTest::addColumn<int>("request");
@@ -183,22 +181,19 @@ private slots:
         QFETCH(QList<int>, answers);
         QFETCH(uint, result);
         QFETCH(int, opens);
-        auto pCalls = std::make_shared<int>(-1);
-        setDeviceFactory([answers, pCalls] {
-            // Reports, when destroyed, how many requests the probe sent.
-            struct Counted : FakeDevice
-            {
-                std::shared_ptr<int> pCount;
-                ~Counted() override { *pCount = listCalls.size(); }
-            };
-            auto pDevice = std::make_unique<Counted>();
-            pDevice->pCount = pCalls;
-            for (int nAnswer : answers)
-                pDevice->listOpenAnswers << Device::OpenResult(nAnswer);
-            return std::unique_ptr<Device>(pDevice.release());
-        });
-        QCOMPARE(openProbe(), quint32(result));
-        QCOMPARE(*pCalls, 0); // the probe only opens and closes
+        // Reports, when destroyed, how many requests the probe sent.
+        struct Counted : FakeDevice
+        {
+            int *pCount = nullptr;
+            ~Counted() override { *pCount = listCalls.size(); }
+        };
+        int nCalls = -1;
+        auto pCounted = std::make_unique<Counted>();
+        pCounted->pCount = &nCalls;
+        for (int nAnswer : answers)
+            pCounted->listOpenAnswers << Device::OpenResult(nAnswer);
+        QCOMPARE(openProbe(std::move(pCounted)), quint32(result));
+        QCOMPARE(nCalls, 0); // the probe only opens and closes, and frees the device
         auto pOwned = std::make_unique<FakeDevice>();
         for (int nAnswer : answers)
             pOwned->listOpenAnswers << Device::OpenResult(nAnswer);

@@ -80,11 +80,9 @@ private slots:
         }
         for (const QString &strName : kNames.mid(1))
             qunsetenv(strName.toLatin1().constData());
-        EnvVars::Detail::setValueWriter({});
     }
     void cleanup()
     {
-        EnvVars::Detail::setValueWriter({});
         for (const QString &strName : kNames) {
             writeValue(strName, m_savedRegistry.value(strName));
             const QByteArray value = m_savedProcess.value(strName);
@@ -153,17 +151,18 @@ void TstWinEnvVars::repairWritesEachValue()
 void TstWinEnvVars::failedWriteStaysOutOfProcess()
 {
     const QString strRefused = QStringLiteral("LUCAM_GIGE_DEBUG_HEARTBEAT");
-    EnvVars::Detail::setValueWriter([&](HKEY hKey, const char *pName, DWORD dwType, const BYTE *pData, DWORD dwSize) -> LONG {
-        if (strRefused == QLatin1String(pName))
-            return ERROR_ACCESS_DENIED;
-        return RegSetValueExA(hKey, pName, 0, dwType, pData, dwSize);
-    });
+    const EnvVars::MachineWriter refusing = EnvVars::Detail::registryWriter(
+        [&](HKEY hKey, const char *pName, DWORD dwType, const BYTE *pData, DWORD dwSize) -> LONG {
+            if (strRefused == QLatin1String(pName))
+                return ERROR_ACCESS_DENIED;
+            return RegSetValueExA(hKey, pName, 0, dwType, pData, dwSize);
+        });
     writeValue(strRefused, RawValue());
     CEnvDetectInfo info;
     EnvVars::check(info);
     QVERIFY(info.missingValues.contains(strRefused));
 
-    QCOMPARE(EnvVars::repair(info), VxRepairStatus::Failed);
+    QCOMPARE(EnvVars::repair(info, VxPrivileges::system(), refusing), VxRepairStatus::Failed);
     QCOMPARE(info.bNormal, 0);
     QCOMPARE(info.missingValues.keys(), QStringList{strRefused});
     QVERIFY(qgetenv(strRefused.toLatin1().constData()).isEmpty());
