@@ -156,7 +156,7 @@ private slots:
         QDBusConnection bus = QDBusConnection::connectToBus(QString::fromLatin1(address), "fake-services");
         QVERIFY(bus.isConnected());
         m_pManager = serve<FakeSystemdManager>(bus, "/org/freedesktop/systemd1");
-        for (const QString &strUnit : {"firewalld.service", "ufw.service", "nftables.service"})
+        for (const char *strUnit : {"firewalld.service", "ufw.service", "nftables.service"})
             m_mapUnits[strUnit] = serve<FakeUnit>(bus, "/org/freedesktop/systemd1/unit/" + QString(strUnit).replace('.', '_'));
         serve<FakeNetworkManager>(bus, "/org/freedesktop/NetworkManager");
         serve<FakeDevice>(bus, "/org/freedesktop/NetworkManager/Devices/1");
