@@ -6,8 +6,12 @@
 #include "custom.h"
 #include "custommessagebox.h"
 
+#include <QAbstractItemDelegate>
 #include <QApplication>
+#include <QImage>
+#include <QPainter>
 #include <QResource>
+#include <QTableWidget>
 #include <QTimer>
 #include <QTranslator>
 
@@ -71,5 +75,27 @@ public:
 private:
     const char *pCtx;
 };
+
+// Paints one cell of a one-row table holding strText in column nColumn
+// with the delegate, on white, marked selected with a blue highlight the
+// delegate must not paint; returns the image of the cell.
+inline QImage paintDelegateCell(QAbstractItemDelegate &delegate, int nColumns, int nColumn, const QString &strText,
+                                const QSize &size)
+{
+    QTableWidget table(1, nColumns);
+    table.setItem(0, nColumn, new QTableWidgetItem(strText));
+    QStyleOptionViewItem option;
+    option.initFrom(&table);
+    option.widget = &table;
+    option.rect = QRect(QPoint(0, 0), size);
+    option.state |= QStyle::State_Selected; // no selection is painted
+    option.palette.setColor(QPalette::Highlight, QColor(0, 0, 255));
+    QImage image(size, QImage::Format_ARGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    delegate.paint(&painter, option, table.model()->index(0, nColumn));
+    painter.end();
+    return image;
+}
 
 } // namespace DialogTest

@@ -24,25 +24,11 @@ QString textOfWidth(const QFontMetrics &metrics, int nPixels)
     return strText;
 }
 
-// Paints one cell with the delegate; returns the leftmost column with ink
-// and the ink's darkest colour.
+// One cell of the viewer's two-column table as its delegate paints it.
 QImage paintCell(int nColumn, const QString &strText)
 {
-    QTableWidget table(1, 2);
-    table.setItem(0, nColumn, new QTableWidgetItem(strText));
     VxUsbBasicDelegate delegate;
-    QStyleOptionViewItem option;
-    option.initFrom(&table);
-    option.widget = &table;
-    option.rect = QRect(0, 0, 200, 36);
-    option.state |= QStyle::State_Selected; // no selection is painted
-    option.palette.setColor(QPalette::Highlight, QColor(0, 0, 255));
-    QImage image(200, 36, QImage::Format_ARGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    delegate.paint(&painter, option, table.model()->index(0, nColumn));
-    painter.end();
-    return image;
+    return DialogTest::paintDelegateCell(delegate, 2, nColumn, strText, QSize(200, 36));
 }
 
 QRect inkRect(const QImage &image)

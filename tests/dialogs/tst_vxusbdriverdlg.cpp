@@ -190,20 +190,8 @@ private slots:
 
     void delegateDrawsTextOnly()
     {
-        QTableWidget table(1, 1);
-        table.setItem(0, 0, new QTableWidgetItem(QStringLiteral("Driver")));
         VxUsbDriverDelegate delegate;
-        QStyleOptionViewItem option;
-        option.initFrom(&table);
-        option.widget = &table;
-        option.rect = QRect(0, 0, 120, 36);
-        option.state |= QStyle::State_Selected; // no selection is painted
-        option.palette.setColor(QPalette::Highlight, QColor(0, 0, 255));
-        QImage image(120, 36, QImage::Format_ARGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        delegate.paint(&painter, option, table.model()->index(0, 0));
-        painter.end();
+        const QImage image = DialogTest::paintDelegateCell(delegate, 1, 0, QStringLiteral("Driver"), QSize(120, 36));
         const QColor textColor = Custom::getDataBaseColor(
                                      QStringLiteral("VetrixToolColor_VxUsbBasicInfoDlg_VxUsbDriverDelegate_Item_Font"))
                                      .color();
